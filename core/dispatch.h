@@ -1,0 +1,90 @@
+// The one dispatcher behind every script object's `call`.
+//
+// Each object declares its methods as a table of rows, in the order its scripts' calls
+// are to be tested: the method name, the exact or minimum argument count, the kinds of
+// the arguments it types, and the handler. Dispatch tests the rows in order and runs the
+// first whose name (whole, case-sensitive), count and typed kinds all match; a name whose
+// count or kinds do not match is passed over like an unknown one. When no row matches,
+// the object's own answer for unmatched calls is returned and nothing is touched.
+//
+// Before a handler runs, every typed document and element argument is wrapped in a
+// SmartPtr (one reference each), held by CallArgs; they are given back when the call
+// ends, on every path, exceptions included. Handlers never re-check what the row says.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "host/codes.h"
+#include "host/xclass.h"
+#include "host/xul.h"
+
+namespace spindle {
+
+using DocPtr = Loom::SmartPtr<Loom::XUL::xXULDoc>;
+using ElemPtr = Loom::SmartPtr<Loom::XUL::xXULElem>;
+
+enum class Count : std::uint8_t { kExactly, kAtLeast };
+
+inline constexpr int kMaxTypedArgs = 6;
+// A position the method reads itself: any kind is accepted there.
+inline constexpr std::uint32_t kAnyKind = 0;
+using Kinds = std::array<std::uint32_t, kMaxTypedArgs>;
+
+struct Signature {
+  const char* name;
+  Count count;
+  int argc;     // exact count, or the minimum with Count::kAtLeast
+  Kinds kinds;  // per position; positions past the list are kAnyKind
+};
+
+// Whether a call matches: the whole name, the count, and the kind of every typed
+// position. A kind-3 record must hold a string (a null pointer is no string).
+bool Matches(const Signature& signature, const char* method, int argc, const xarg_entry* args);
+
+// The arguments of one matched call, with the references of its typed documents and
+// elements. Lives for the duration of the handler.
+class CallArgs {
+ public:
+  CallArgs(int argc, const xarg_entry* args, const Kinds& kinds);
+  CallArgs(const CallArgs&) = delete;
+  CallArgs& operator=(const CallArgs&) = delete;
+
+  int count() const { return argc_; }
+  const xarg_entry& record(int index) const { return args_[index]; }
+  // A typed document or element argument (null when the record held none).
+  const DocPtr& doc(int index) const { return docs_[index]; }
+  const ElemPtr& elem(int index) const { return elems_[index]; }
+  // A kind-3 argument's UTF-8 text.
+  const char* str(int index) const;
+  // Whether an untyped position holds a string record.
+  bool isString(int index) const;
+  // A kind-1 argument's inline integer.
+  std::int32_t integer(int index) const;
+
+ private:
+  int argc_;
+  const xarg_entry* args_;
+  std::array<DocPtr, kMaxTypedArgs> docs_;
+  std::array<ElemPtr, kMaxTypedArgs> elems_;
+};
+
+template <class Object>
+struct Method {
+  Signature signature;
+  bool (Object::*run)(CallArgs& args);
+};
+
+template <class Object>
+bool Dispatch(Object& object, std::span<const Method<Object>> methods, bool unmatchedAnswer,
+              const char* method, int argc, xarg_entry* args) {
+  for (const Method<Object>& row : methods) {
+    if (!Matches(row.signature, method, argc, args)) continue;
+    CallArgs call(argc, args, row.signature.kinds);
+    return (object.*row.run)(call);
+  }
+  return unmatchedAnswer;
+}
+
+}  // namespace spindle

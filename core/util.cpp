@@ -1,0 +1,3 @@
+#include "core/util.h"
+
+bool xUtil::call(const char*, int, xarg_entry*, xarg_entry*) { return false; }

@@ -1,0 +1,7 @@
+// "tabpaper" (xTabPaper): The paper tab. It has no script methods in this library: every
+// call is answered false.
+#pragma once
+
+#include "core/no_script_methods.h"
+
+class xTabPaper final : public NoScriptMethods {};

@@ -1,0 +1,34 @@
+// Loads the library the way the host does: dlopen, then findObject looked up by its
+// undecorated name. The runner reaches the library's objects only through this.
+#pragma once
+
+#include <string>
+
+class xClass;
+
+namespace loomsim {
+
+class Library {
+ public:
+  using FindObject = xClass* (*)(const char*);
+
+  // Loads `path`; ok() tells whether it worked and error() why not.
+  explicit Library(const std::string& path);
+  ~Library();
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  bool ok() const { return findObject_ != nullptr; }
+  const std::string& error() const { return error_; }
+  xClass* findObject(const char* name) const { return findObject_(name); }
+
+  // The library beside the running program (`argv0`'s directory).
+  static std::string besideProgram(const std::string& argv0);
+
+ private:
+  void* handle_ = nullptr;
+  FindObject findObject_ = nullptr;
+  std::string error_;
+};
+
+}  // namespace loomsim
