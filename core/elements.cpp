@@ -1,7 +1,9 @@
 #include "core/elements.h"
 
 #include "core/spindleui.h"
+#include "core/text.h"
 #include "host/codes.h"
+#include "host/settings.h"
 
 namespace spindle {
 
@@ -26,10 +28,27 @@ void SetValue(const ElemPtr& elem, std::u16string_view value) {
   elem->setAttr(Loom::kAttrValue, Loom::wstring(value));
 }
 
+bool IsChecked(const ElemPtr& elem) { return IsTrue(elem->getAttr(Loom::kAttrChecked)); }
+
 Loom::XUL::ElemList ChildrenOfType(const ElemPtr& elem, int type) {
   Loom::XUL::ElemList items;
   if (!elem->getChildrenOfType(type, items)) items.clear();
   return items;
+}
+
+Loom::SmartPtr<Loom::XUL::xWindow> WindowOf(const DocPtr& doc) {
+  if (!doc) return nullptr;
+  return doc->getXWindow();
+}
+
+std::optional<Loom::string> DeviceSetting(const DocPtr& doc, std::string_view branch,
+                                          std::string_view key) {
+  const Loom::SmartPtr<Loom::XUL::xWindow> window = WindowOf(doc);
+  if (!window) return std::nullopt;
+  Loom::Services::PersistentItem* node = window->getDevSettings().find(Loom::string(branch));
+  if (node != nullptr) node = node->find(Loom::string(key));
+  if (node == nullptr) return std::nullopt;
+  return static_cast<Loom::string>(*node);
 }
 
 }  // namespace spindle

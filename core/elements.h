@@ -4,6 +4,7 @@
 // early return on it. Ids and attribute names here are wide literals, never converted.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "core/dispatch.h"
@@ -26,8 +27,20 @@ void SetVar(const DocPtr& doc, std::u16string_view name, std::u16string_view val
 Loom::wstring ValueOf(const ElemPtr& elem);
 void SetValue(const ElemPtr& elem, std::u16string_view value);
 
+// Whether a check box's checked attribute (39) is exactly "true".
+bool IsChecked(const ElemPtr& elem);
+
 // The element's items of `type` (for a menu list, those of its item list); empty when
 // the host cannot collect them.
 Loom::XUL::ElemList ChildrenOfType(const ElemPtr& elem, int type);
+
+// The window of the document (its settings trees, plug-ins, serialiser); null for a null
+// document.
+Loom::SmartPtr<Loom::XUL::xWindow> WindowOf(const DocPtr& doc);
+
+// The value of the device setting branch/key of the document's window; nothing when the
+// document, its window, the branch or the key is missing. Never creates a node.
+std::optional<Loom::string> DeviceSetting(const DocPtr& doc, std::string_view branch,
+                                          std::string_view key);
 
 }  // namespace spindle

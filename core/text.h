@@ -26,4 +26,17 @@ inline bool IsTrue(std::string_view text) { return text == "true"; }
 // Decimal, with a minus sign when negative, no leading zeros, no grouping.
 Loom::wstring DecimalText(std::int64_t value);
 
+// `value` with `decimals` digits after the point, as printf's "%.*f" writes it ("%.02f"
+// of 0.165 is "0.17"; "%.01f" of 100 is "100.0").
+Loom::wstring FixedText(double value, int decimals);
+
+// The decimal integer that `text` starts with, as atoi reads it: optional blanks, an
+// optional sign, digits ("4200.00" is 4200). 0 when there are no digits; a value outside
+// the range of int is held at the nearest end.
+int LeadingInteger(std::u16string_view text);
+
+// The decimal number that `text` starts with, as atof reads it ("4.2mm" is 4.2); 0 when
+// it starts with none.
+double LeadingNumber(std::u16string_view text);
+
 }  // namespace spindle

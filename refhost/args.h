@@ -29,17 +29,33 @@ class Args {
   Args& real(double value);                    // kind 6, inline
   Args& raw(std::uint32_t kind, std::uint64_t value = 0);
 
+  Args() = default;
+  // A copy owns copies of the values and points its records at them.
+  Args(const Args& other);
+  Args& operator=(const Args& other);
+  Args(Args&&) = default;
+  Args& operator=(Args&&) = default;
+
   int count() const { return static_cast<int>(records_.size()); }
   xarg_entry* records() { return records_.empty() ? nullptr : records_.data(); }
 
  private:
-  Args& push(std::uint32_t kind, std::uint64_t value);
+  // Where a record's value lives: in the record, or in one of the owned stores.
+  enum class Storage { kInline, kText, kInteger, kFloat };
+  struct Slot {
+    Storage storage;
+    std::size_t index;
+  };
+
+  Args& push(std::uint32_t kind, std::uint64_t value, Slot slot = {Storage::kInline, 0});
+  std::uint64_t addressOf(const Slot& slot) const;
 
   std::vector<xarg_entry> records_;
   // Deques keep the addresses of earlier values stable as more are added.
   std::deque<std::string> texts_;
   std::deque<std::int32_t> integers_;
   std::deque<float> floats_;
+  std::vector<Slot> slots_;  // one per record
 };
 
 }  // namespace refhost

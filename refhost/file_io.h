@@ -1,0 +1,33 @@
+// Local file access for the reference host: host paths to native ones, whole-file reads,
+// and atomic replacement of a file.
+//
+// Every host object that writes a file (settings stores, File::copyTo) replaces it
+// through WriteFileAtomically, so a crash or an error leaves either the old file or the
+// new one, never a part of one, and no temporary file behind.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/file.h"
+
+namespace refhost {
+
+// The native path of a host path. Both '\' and '/' separate names in host paths.
+std::filesystem::path NativePath(const Loom::File& file);
+
+// The bytes of a regular file; nothing when it is missing or cannot be read.
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& path);
+
+// Replaces (or creates) `path` with `bytes`: writes a temporary file beside it, flushes
+// it to disk, then renames it over the target. False, with the target untouched and the
+// temporary file gone, when any step fails.
+bool WriteFileAtomically(const std::filesystem::path& path, std::string_view bytes);
+
+// Fault injection for tests: the next WriteFileAtomically writes and flushes its
+// temporary file, then fails where the rename would happen, as a crash there would.
+void failNextAtomicCommit();
+
+}  // namespace refhost

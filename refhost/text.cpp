@@ -1,0 +1,21 @@
+#include "refhost/text.h"
+
+#include <utf8.h>
+
+#include <iterator>
+
+namespace refhost {
+
+std::string Utf8(std::u16string_view text) {
+  std::string out;
+  utf8::utf16to8(text.begin(), text.end(), std::back_inserter(out));
+  return out;
+}
+
+Loom::wstring Utf16(std::string_view text) {
+  Loom::wstring out;
+  utf8::utf8to16(text.begin(), text.end(), std::back_inserter(out));
+  return out;
+}
+
+}  // namespace refhost

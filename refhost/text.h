@@ -1,0 +1,20 @@
+// UTF-8 <-> UTF-16 conversion for the reference host (utfcpp).
+//
+// Narrow host strings hold UTF-8, wide ones UTF-16 (host/loom_base.h). Invalid input
+// throws utfcpp's exceptions (utf8::invalid_utf8, utf8::invalid_utf16, ...), as the
+// library's own conversions do.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/loom_base.h"
+
+namespace refhost {
+
+// UTF-16 text as UTF-8.
+std::string Utf8(std::u16string_view text);
+// UTF-8 text as a host wide string.
+Loom::wstring Utf16(std::string_view text);
+
+}  // namespace refhost

@@ -1,0 +1,452 @@
+// The reference host's stored side: settings trees and their marks, backing stores and
+// atomic saves, the settings file format, DOM trees, files, properties and the script
+// environment's statement recording.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/settings.h"
+#include "refhost/accounting.h"
+#include "refhost/backing_store.h"
+#include "refhost/dom.h"
+#include "refhost/file_io.h"
+#include "refhost/properties.h"
+#include "refhost/script_env.h"
+#include "refhost/text.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Loom::SmartPtr;
+using Loom::Services::FileBackingStoreIO;
+using Loom::Services::PersistentItem;
+using Loom::Services::PersistentSettings;
+
+// "key=value{children}" for every node, children comma-separated, so a whole tree
+// compares as one string.
+std::string Dump(PersistentItem& item) {
+  std::string out = std::string(item.key()) + "=" + std::string(Loom::string(item));
+  if (item.getNumChildren() == 0) return out;
+  out += "{";
+  for (std::size_t i = 0; i < item.getNumChildren(); ++i) {
+    out += (i ? "," : "") + Dump(item.childAt(i));
+  }
+  return out + "}";
+}
+
+std::string ReadText(const fs::path& path) {
+  return refhost::ReadWholeFile(path).value_or("<none>");
+}
+
+void WriteText(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
+
+class RefhostSettingsTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    baseline_ = refhost::heldReferences();
+    dir_ = fs::temp_directory_path() /
+           ("refhost_settings_" + std::to_string(::getpid()) + "_" +
+            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::remove_all(dir_);
+    fs::create_directories(dir_);
+  }
+  void TearDown() override {
+    fs::remove_all(dir_);
+    EXPECT_EQ(refhost::heldReferences(), baseline_) << "references still held";
+  }
+
+  Loom::File HostFile(const std::string& name) const {
+    return Loom::File(refhost::Utf16((dir_ / name).string()));
+  }
+  SmartPtr<FileBackingStoreIO> FileStore(const std::string& name, int createMissing,
+                                         int readOnly) const {
+    return SmartPtr<FileBackingStoreIO>(
+        new FileBackingStoreIO(HostFile(name), createMissing, readOnly));
+  }
+  std::vector<std::string> DirEntries() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir_)) names.push_back(entry.path().filename());
+    return names;
+  }
+
+  // A: 1 {A1: x, A2: y}, B: 2, C: (empty) {C1: z}
+  static void Fill(PersistentItem& root) {
+    root["A"] = "1";
+    root["A"]["A1"] = "x";
+    root["A"]["A2"] = "y";
+    root["B"] = "2";
+    root["C"]["C1"] = "z";
+  }
+
+  long baseline_ = 0;
+  fs::path dir_;
+};
+
+TEST_F(RefhostSettingsTest, RevertRestoresValuesNodesAndOrderExactly) {
+  struct Case {
+    const char* name;
+    const char* marked;  // key of the marked branch; nullptr marks the root
+    std::function<void(PersistentItem&)> change;
+    const char* after_revert;
+  };
+  const char* const kFilled = "={A=1{A1=x,A2=y},B=2,C={C1=z}}";
+  const std::vector<Case> cases = {
+      {"value", nullptr, [](PersistentItem& r) { r["B"] = "changed"; }, kFilled},
+      {"added", nullptr,
+       [](PersistentItem& r) {
+         r["A"]["A3"] = "new";
+         r["D"];
+       },
+       kFilled},
+      {"removed", nullptr, [](PersistentItem& r) { r.remove("A"); }, kFilled},
+      {"reordered", nullptr,
+       [](PersistentItem& r) {
+         r.remove("A");
+         r["A"] = "1";
+       },
+       kFilled},
+      {"root value", nullptr, [](PersistentItem& r) { r = "rootval"; }, kFilled},
+      {"branch only", "A",
+       [](PersistentItem& r) {
+         r["A"].remove("A1");
+         r["A"] = "9";
+         r["B"] = "kept";
+       },
+       "={A=1{A1=x,A2=y},B=kept,C={C1=z}}"},
+      {"branch removed", "C",
+       [](PersistentItem& r) {
+         r.remove("C");
+         r["C"] = "other";
+       },
+       "={A=1{A1=x,A2=y},B=2,C={C1=z}}"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    PersistentSettings tree;
+    Fill(tree);
+    ASSERT_EQ(Dump(tree), kFilled);
+    PersistentItem& marked = c.marked ? tree[c.marked] : tree;
+    const std::string before = Dump(tree);
+    marked.mark();
+    c.change(tree);
+    ASSERT_NE(Dump(tree), before);
+    (c.marked ? tree[c.marked] : tree).revert();
+    EXPECT_EQ(Dump(tree), c.after_revert);
+    // The revert dropped the mark: a second one changes nothing.
+    tree["B"] = "after";
+    tree.revert();
+    EXPECT_EQ(Loom::string(tree["B"]), "after");
+  }
+}
+
+TEST_F(RefhostSettingsTest, KeepMakesChangesFinalAndRemarkReplaces) {
+  PersistentSettings tree;
+  Fill(tree);
+  tree.mark();
+  tree["B"] = "3";
+  tree.keep();
+  tree.revert();
+  EXPECT_EQ(Loom::string(tree["B"]), "3");
+
+  tree.mark();
+  tree["B"] = "4";
+  tree.mark();
+  tree["B"] = "5";
+  tree.revert();
+  EXPECT_EQ(Loom::string(tree["B"]), "4");
+}
+
+TEST_F(RefhostSettingsTest, BranchMarkOutlivesReload) {
+  // What a factory reset does: mark the user's branch, load the factory file, revert it.
+  SmartPtr<refhost::MemoryBackingStore> factory(new refhost::MemoryBackingStore());
+  ASSERT_TRUE(factory->setXml(
+      R"(<settings><item key="B" value="factory"/><item key="TEMPLATE" value="f"/></settings>)"));
+  PersistentSettings tree;
+  Fill(tree);
+  tree["TEMPLATE"]["TEMPLATE_BUTTON_1"] = "Draft";
+  tree["TEMPLATE"].mark();
+  tree.setBackingStoreIO(factory);
+  ASSERT_TRUE(tree.loadSettings());
+  EXPECT_EQ(Dump(tree), "={B=factory,TEMPLATE=f}");
+  tree["TEMPLATE"].revert();
+  EXPECT_EQ(Dump(tree), "={B=factory,TEMPLATE={TEMPLATE_BUTTON_1=Draft}}");
+}
+
+TEST_F(RefhostSettingsTest, IndexCreatesLastFindAndRemoveDoNot) {
+  PersistentSettings tree;
+  Fill(tree);
+  EXPECT_EQ(tree.find("missing"), nullptr);
+  EXPECT_FALSE(tree.remove("missing"));
+  EXPECT_EQ(tree.getNumChildren(), 3u);
+  EXPECT_EQ(Loom::string(tree["new"]["deep"]), "");
+  EXPECT_EQ(tree.childAt(3).key(), "new");
+  EXPECT_EQ(tree.find("A"), &tree["A"]);
+  EXPECT_TRUE(tree.remove("A"));
+  EXPECT_EQ(Dump(tree), "={B=2,C={C1=z},new={deep=}}");
+  EXPECT_THROW(tree.childAt(3), std::out_of_range);
+}
+
+TEST_F(RefhostSettingsTest, FileRoundTripKeepsAnyKeyAndValue) {
+  PersistentSettings tree;
+  tree = "root value";
+  tree["Custom Paper Size"]["a/b\\c"] = "q\"uo'te <&>";
+  tree["Temporary Profile"]["Grüße 日本"] = "ñ\ttab\nline";
+  tree["empty"]["  "] = "";
+  tree[""] = "empty key";
+  tree.setBackingStoreIO(FileStore("conf.xml", 1, 0));
+  ASSERT_TRUE(tree.saveSettings());
+
+  PersistentSettings loaded;
+  loaded.setBackingStoreIO(FileStore("conf.xml", 0, 1));
+  ASSERT_TRUE(loaded.loadSettings());
+  EXPECT_EQ(Dump(loaded), Dump(tree));
+  EXPECT_EQ(Loom::string(loaded), "root value");
+}
+
+TEST_F(RefhostSettingsTest, SettingsFileFormat) {
+  PersistentSettings tree;
+  tree["TEMPLATE"]["TEMPLATE_BUTTON_1"] = "Draft";
+  tree["TEMPLATE"]["TEMPLATE_BUTTON_2"];
+  tree.setBackingStoreIO(FileStore("conf.xml", 1, 0));
+  ASSERT_TRUE(tree.saveSettings());
+  EXPECT_EQ(ReadText(dir_ / "conf.xml"),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<settings>\n"
+            "  <item key=\"TEMPLATE\">\n"
+            "    <item key=\"TEMPLATE_BUTTON_1\" value=\"Draft\" />\n"
+            "    <item key=\"TEMPLATE_BUTTON_2\" />\n"
+            "  </item>\n"
+            "</settings>\n");
+}
+
+TEST_F(RefhostSettingsTest, FileStoreFlags) {
+  struct Case {
+    const char* name;
+    int createMissing;
+    int readOnly;
+    bool file_exists;
+    bool written;
+  };
+  constexpr Case kCases[] = {
+      {"existing file", 0, 0, true, true},       {"missing, no create", 0, 0, false, false},
+      {"missing, create", 1, 0, false, true},    {"read-only existing", 0, 1, true, false},
+      {"read-only, create", 1, 1, false, false},
+  };
+  const std::string kOld = "<settings><item key=\"old\"/></settings>";
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.name);
+    fs::remove(dir_ / "s.xml");
+    if (c.file_exists) WriteText(dir_ / "s.xml", kOld);
+    PersistentSettings tree;
+    tree["new"] = "1";
+    tree.setBackingStoreIO(FileStore("s.xml", c.createMissing, c.readOnly));
+    EXPECT_EQ(tree.saveSettings(), c.written);
+    const std::string unchanged = c.file_exists ? kOld : "<none>";
+    EXPECT_EQ(ReadText(dir_ / "s.xml").find("key=\"new\" value=\"1\"") != std::string::npos,
+              c.written);
+    if (!c.written) {
+      EXPECT_EQ(ReadText(dir_ / "s.xml"), unchanged);
+    }
+    EXPECT_EQ(DirEntries().size(), fs::exists(dir_ / "s.xml") ? 1u : 0u);
+  }
+}
+
+TEST_F(RefhostSettingsTest, FailedSaveLeavesOldFileByteIdentical) {
+  const std::string kOld = "<settings>\n<item key=\"keep\" value=\"me\"/></settings>";
+  WriteText(dir_ / "s.xml", kOld);
+  SmartPtr<refhost::FailingBackingStore> failing(
+      new refhost::FailingBackingStore(FileStore("s.xml", 0, 0)));
+  PersistentSettings tree;
+  tree["new"] = "1";
+  tree.setBackingStoreIO(failing);
+
+  failing->failNextWrite();
+  EXPECT_FALSE(tree.saveSettings());
+  refhost::failNextAtomicCommit();  // the temporary file is written, the rename fails
+  EXPECT_FALSE(tree.saveSettings());
+  EXPECT_EQ(ReadText(dir_ / "s.xml"), kOld);
+  EXPECT_EQ(DirEntries(), std::vector<std::string>{"s.xml"});
+
+  EXPECT_TRUE(tree.saveSettings());
+  EXPECT_NE(ReadText(dir_ / "s.xml"), kOld);
+  EXPECT_EQ(DirEntries(), std::vector<std::string>{"s.xml"});
+}
+
+TEST_F(RefhostSettingsTest, FailedLoadKeepsTree) {
+  WriteText(dir_ / "bad.xml", "<settings><item key=\"x\"></settings>");
+  WriteText(dir_ / "other.xml", "<profile><item key=\"x\"/></profile>");
+  WriteText(dir_ / "good.xml", "<settings><item key=\"x\"/></settings>");
+  SmartPtr<refhost::FailingBackingStore> failing(
+      new refhost::FailingBackingStore(FileStore("good.xml", 0, 1)));
+  failing->failNextRead();
+  const std::vector<SmartPtr<Loom::Services::BackingStoreIO>> stores = {
+      nullptr, FileStore("missing.xml", 0, 1), FileStore("bad.xml", 0, 1),
+      FileStore("other.xml", 0, 1), failing};
+  for (std::size_t i = 0; i < stores.size(); ++i) {
+    SCOPED_TRACE(i);
+    PersistentSettings tree;
+    Fill(tree);
+    tree.setBackingStoreIO(stores[i]);
+    EXPECT_FALSE(tree.loadSettings());
+    EXPECT_EQ(Dump(tree), "={A=1{A1=x,A2=y},B=2,C={C1=z}}");
+  }
+  PersistentSettings tree;
+  tree.setBackingStoreIO(failing);  // the failure was used up
+  EXPECT_TRUE(tree.loadSettings());
+  EXPECT_EQ(Dump(tree), "={x=}");
+}
+
+TEST_F(RefhostSettingsTest, ConfigValidForPrinterOfItsModel) {
+  struct Case {
+    const char* product;      // items under PRODUCTCODE
+    const char* driver_name;  // nullptr: property not set
+    bool valid;
+  };
+  const Case kCases[] = {
+      {"", nullptr, true},
+      {R"(<item key="ModelName" value="KESTREL C750"/>)", "KESTREL C750", true},
+      {R"(<item key="ModelName" value="KESTREL C750"/>)", "KESTREL C750 PCL6", true},
+      {R"(<item key="ModelName" value="KESTREL C750"/>)", "KESTREL C7500", false},
+      {R"(<item key="ModelName" value="KESTREL C750"/>)", "kestrel c750", false},
+      {R"(<item key="ModelName" value="KESTREL C750"/>)", nullptr, false},
+      {R"(<item key="DriverName" value="KESTREL C750 PS"/>)", "KESTREL C750 PS", true},
+      {R"(<item key="DriverName" value="KESTREL C750 PS"/>)", "KESTREL C750 PCL6", false},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(std::string(c.product) + " / " + (c.driver_name ? c.driver_name : "unset"));
+    SmartPtr<refhost::MemoryBackingStore> store(new refhost::MemoryBackingStore());
+    ASSERT_TRUE(store->setXml(std::string("<settings><item key=\"PRODUCTCODE\">") + c.product +
+                              "</item></settings>"));
+    SmartPtr<refhost::Properties> properties(new refhost::Properties());
+    if (c.driver_name) properties->set("loom.driver.name", c.driver_name);
+    PersistentSettings tree;
+    tree.setBackingStoreIO(store);
+    EXPECT_EQ(tree.isXMLConfigValid(*properties), c.valid);
+  }
+  PersistentSettings without_store;
+  EXPECT_FALSE(
+      without_store.isXMLConfigValid(*SmartPtr<refhost::Properties>(new refhost::Properties())));
+}
+
+TEST_F(RefhostSettingsTest, DomTreesAndXmlErrors) {
+  std::string error;
+  int line = 0;
+  EXPECT_EQ(refhost::ParseXml("<a>\n<b>\n</a>", &error, &line), nullptr);
+  EXPECT_EQ(error, "Start-end tags mismatch");
+  EXPECT_EQ(line, 3);
+  EXPECT_EQ(refhost::ParseXml("<a>\n\xff</a>", &error, &line), nullptr);
+  EXPECT_EQ(error, "invalid UTF-8");
+  EXPECT_EQ(line, 2);
+
+  SmartPtr<Loom::Dom::Node> root = refhost::ParseXml(R"(<r z="1" a="2"><x/>text<y/></r>)");
+  ASSERT_TRUE(root);
+  EXPECT_EQ(root->attributes().nameAt(0), u"z");  // document order, not sorted
+  EXPECT_EQ(root->attributes().nameAt(2), u"");
+  SmartPtr<Loom::Dom::Node> other = Loom::Dom::createNode(u"other");
+  SmartPtr<Loom::Dom::Node> x(root->children()[0]);
+  other->children().append(x);  // moves: a node has one parent
+  EXPECT_EQ(root->children().getNumChildren(), 1u);
+  EXPECT_EQ(root->children()[0]->getName(), u"y");
+  x->children().append(other);  // would make a cycle: ignored
+  EXPECT_EQ(x->children().getNumChildren(), 0u);
+  SmartPtr<Loom::Dom::Node> y(root->children()[0]);
+  root->children().remove(0);  // y lives on, without a parent
+  other->children().append(y);
+  EXPECT_EQ(root->children().getNumChildren(), 0u);
+  other->children().remove(1);
+
+  SmartPtr<Loom::Dom::Node> copy = other->clone();
+  other->children()[0]->attributes().set(u"changed", u"1");
+  EXPECT_EQ(refhost::WriteXml(*copy),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<other>\n  <x />\n</other>\n");
+  root.reset();  // x and its new parent live on
+  EXPECT_EQ(other->children()[0]->getName(), u"x");
+}
+
+TEST_F(RefhostSettingsTest, FilesAcceptBothSeparators) {
+  EXPECT_EQ((Loom::File(u"dir") / u"a.xml").path(), u"dir/a.xml");
+  EXPECT_EQ((Loom::File(u"dir\\") / u"a.xml").path(), u"dir\\a.xml");
+  EXPECT_EQ((Loom::File(u"") / u"a.xml").path(), u"a.xml");
+
+  fs::create_directories(dir_ / "sub");
+  WriteText(dir_ / "sub" / "a.xml", "bytes");
+  const Loom::File source(refhost::Utf16(dir_.string() + "\\sub\\a.xml"));
+  EXPECT_TRUE(source.exists());
+  EXPECT_TRUE(source.copyTo(HostFile("b.xml")));
+  EXPECT_EQ(ReadText(dir_ / "b.xml"), "bytes");
+  EXPECT_FALSE(HostFile("sub").remove());  // a directory is no file
+  EXPECT_TRUE(source.remove());
+  EXPECT_FALSE(source.exists());
+  EXPECT_FALSE(source.remove());
+  EXPECT_FALSE(source.copyTo(HostFile("c.xml")));
+  EXPECT_FALSE(HostFile("c.xml").exists());
+}
+
+TEST_F(RefhostSettingsTest, PropertiesGetInt) {
+  struct Case {
+    const char* value;
+    int expected;
+  };
+  constexpr Case kCases[] = {{"600", 600}, {"-3", -3},      {" 42", 42},
+                             {"+7", 7},    {"600dpi", 600}, {"abc", 0},
+                             {"", 0},      {"+-1", 0},      {"99999999999", 0}};
+  SmartPtr<refhost::Properties> properties(new refhost::Properties());
+  for (const Case& c : kCases) {
+    properties->set("n", c.value);
+    EXPECT_EQ(properties->getInt("n"), c.expected) << c.value;
+  }
+  properties->set("loom.driver.name", "KESTREL Ü");
+  EXPECT_EQ(properties->getString("loom.driver.name"), u"KESTREL Ü");
+  properties->unset("n");
+  EXPECT_FALSE(properties->exists("n"));
+  EXPECT_EQ(properties->getInt("n"), 0);
+  EXPECT_EQ(properties->keys(), std::vector<std::string>{"loom.driver.name"});
+}
+
+TEST_F(RefhostSettingsTest, ScriptStatementsSplitAndRecorded) {
+  struct Case {
+    const char* text;
+    std::vector<std::string> statements;
+  };
+  const Case kCases[] = {
+      {"rule rul_ChangePrintJob;", {"rule rul_ChangePrintJob;"}},
+      {" call ovlprint.loadOvlName(document);\n rule rul_MultiOverlayEnable; ",
+       {"call ovlprint.loadOvlName(document);", "rule rul_MultiOverlayEnable;"}},
+      {"call x.f(document, m, ';');", {"call x.f(document, m, ';');"}},
+      {R"(a("q\";'"); b)", {R"(a("q\";'");)", "b"}},
+      {" ; ;\n\t", {}},
+      {"restoreDefaults(document)", {"restoreDefaults(document)"}},
+  };
+  for (const Case& c : kCases) EXPECT_EQ(refhost::SplitStatements(c.text), c.statements) << c.text;
+
+  SmartPtr<refhost::ScriptEnvironment> env(new refhost::ScriptEnvironment());
+  EXPECT_TRUE(env->doString("a(); b();", "<src>", nullptr));
+  std::vector<std::string> executed;
+  env->setExecutor([&executed](const refhost::ScriptEnvironment::Statement& s) {
+    executed.push_back(s.text);
+    return s.text != "fail;";
+  });
+  EXPECT_FALSE(env->doString("fail; c;", "other", nullptr));
+  EXPECT_EQ(executed, (std::vector<std::string>{"fail;", "c;"}));
+  ASSERT_EQ(env->statements().size(), 4u);
+  EXPECT_EQ(env->statements()[1].text, "b();");
+  EXPECT_EQ(env->statements()[1].source, "<src>");
+  EXPECT_EQ(env->statements()[3].source, "other");
+  EXPECT_EQ(env->statements()[3].elementId, u"");
+  env->clearStatements();
+  EXPECT_TRUE(env->statements().empty());
+
+  EXPECT_EQ(env->getObject("imgQuality"), nullptr);
+  xClass* const native = reinterpret_cast<xClass*>(0x1234);
+  env->defineObject("imgQuality", SmartPtr<Loom::JS::Object>(new refhost::NativeObject(native)));
+  EXPECT_EQ(env->getObject("imgQuality")->toPtr(), native);
+  env->defineObject("imgQuality", nullptr);
+  EXPECT_EQ(env->getObject("imgQuality"), nullptr);
+}
+
+}  // namespace
