@@ -1,5 +1,6 @@
 // Loading and unloading the shared library as the host does: the created objects are
 // destroyed at unload, once each, in registry order; objects never asked for are not.
+// A fresh instance of the library has created nothing yet.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -16,6 +17,10 @@ TEST(UnloadTest, DestroysCreatedObjectsOnceInRegistryOrder) {
   ASSERT_NE(library, nullptr) << dlerror();
   auto findObject = reinterpret_cast<FindObject>(dlsym(library, "findObject"));
   ASSERT_NE(findObject, nullptr);
+
+  // The host out of memory: null, and the next request tries again.
+  refhost::failNextBaseAllocation();
+  EXPECT_EQ(findObject("Math"), nullptr);
 
   const long objectsBefore = refhost::liveBaseObjects();
   const std::size_t destroyedBefore = refhost::destroyedObjects().size();
