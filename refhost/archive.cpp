@@ -1,0 +1,264 @@
+// Zip archives on libzip, and the settings store on an archive member.
+#include "refhost/archive.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <system_error>
+
+#include "refhost/dom.h"
+#include "refhost/file_io.h"
+#include "refhost/text.h"
+
+namespace refhost {
+namespace {
+
+bool g_fail_next_save = false;
+
+// The whole of an empty zip file: its end-of-central-directory record alone. libzip
+// writes nothing at all for an archive without members, which no reader would open.
+constexpr char kEmptyZip[22] = {'P', 'K', 5, 6};
+
+[[noreturn]] void Fail(std::string_view what, const Loom::File& path, std::string_view why) {
+  throw Loom::Services::ArchiveError(
+      Loom::string(std::string(what) + " '" + Utf8(path.path()) + "': " + std::string(why)));
+}
+
+std::string LibzipMessage(zip_error_t* error) {
+  std::string message = zip_error_strerror(error);
+  zip_error_fini(error);
+  return message;
+}
+
+std::string LibzipMessage(zip_t* archive) { return zip_error_strerror(zip_get_error(archive)); }
+
+struct ZipCloser {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+using ZipHandle = std::unique_ptr<zip_t, ZipCloser>;
+
+struct SourceFreer {
+  void operator()(zip_source_t* source) const { zip_source_free(source); }
+};
+using SourceHandle = std::unique_ptr<zip_source_t, SourceFreer>;
+
+std::string ReadEntry(zip_t* archive, zip_uint64_t index, std::uint64_t size) {
+  zip_file_t* file = zip_fopen_index(archive, index, 0);
+  if (file == nullptr) return std::string();
+  std::string bytes(size, '\0');
+  const zip_int64_t read = zip_fread(file, bytes.data(), size);
+  zip_fclose(file);
+  if (read < 0 || static_cast<std::uint64_t>(read) != size) return std::string();
+  return bytes;
+}
+
+// The zip file of `members` (UTF-8 name, bytes), built in memory. Throws ArchiveError
+// naming `path`.
+std::string ZipBytes(const std::vector<std::pair<std::string, const std::string*>>& members,
+                     const Loom::File& path) {
+  if (members.empty()) return std::string(kEmptyZip, sizeof kEmptyZip);
+  zip_error_t error;
+  zip_error_init(&error);
+  SourceHandle buffer(zip_source_buffer_create(nullptr, 0, 0, &error));
+  if (!buffer) Fail("cannot save archive", path, LibzipMessage(&error));
+  ZipHandle archive(zip_open_from_source(buffer.get(), ZIP_TRUNCATE, &error));
+  if (!archive) Fail("cannot save archive", path, LibzipMessage(&error));
+  zip_error_fini(&error);
+  // The archive owns the buffer now; one more reference keeps it past zip_close.
+  zip_source_keep(buffer.get());
+  for (const auto& [name, bytes] : members) {
+    zip_source_t* data = zip_source_buffer(archive.get(), bytes->data(), bytes->size(), 0);
+    if (data == nullptr || zip_file_add(archive.get(), name.c_str(), data, ZIP_FL_ENC_UTF_8) < 0) {
+      if (data != nullptr) zip_source_free(data);
+      Fail("cannot save archive", path, LibzipMessage(archive.get()));
+    }
+  }
+  if (zip_close(archive.get()) != 0)
+    Fail("cannot save archive", path, LibzipMessage(archive.get()));
+  archive.release();  // closed and freed by zip_close
+
+  zip_stat_t stat;
+  zip_stat_init(&stat);
+  if (zip_source_stat(buffer.get(), &stat) != 0 || zip_source_open(buffer.get()) != 0) {
+    Fail("cannot save archive", path, "the built archive cannot be read");
+  }
+  std::string bytes(stat.size, '\0');
+  const zip_int64_t read = zip_source_read(buffer.get(), bytes.data(), stat.size);
+  zip_source_close(buffer.get());
+  if (read < 0 || static_cast<zip_uint64_t>(read) != stat.size) {
+    Fail("cannot save archive", path, "the built archive cannot be read");
+  }
+  return bytes;
+}
+
+// The path below `directory` that `member` names, or nothing when it would leave it.
+std::optional<std::filesystem::path> ExtractionTarget(const Loom::wstring& member,
+                                                      const Loom::File& directory) {
+  std::string name = Utf8(member);
+  std::replace(name.begin(), name.end(), '\\', '/');
+  const std::filesystem::path relative(name);
+  const bool driveLetter = name.size() >= 2 && name[1] == ':';
+  if (name.empty() || name.front() == '/' || driveLetter || relative.filename().empty()) {
+    return std::nullopt;
+  }
+  for (const std::filesystem::path& step : relative) {
+    if (step == "..") return std::nullopt;
+  }
+  return NativePath(directory) / relative;
+}
+
+}  // namespace
+
+Loom::SmartPtr<ZipArchive> ZipArchive::Open(const Loom::File& path) {
+  const std::optional<std::string> file = ReadWholeFile(NativePath(path));
+  if (!file) Fail("cannot read archive", path, "no such file");
+  if (file->empty()) Fail("cannot open archive", path, "empty file");
+  zip_error_t error;
+  zip_error_init(&error);
+  SourceHandle source(zip_source_buffer_create(file->data(), file->size(), 0, &error));
+  if (!source) Fail("cannot open archive", path, LibzipMessage(&error));
+  ZipHandle archive(zip_open_from_source(source.get(), ZIP_RDONLY | ZIP_CHECKCONS, &error));
+  if (!archive) Fail("cannot open archive", path, LibzipMessage(&error));
+  source.release();  // owned by the archive now
+  zip_error_fini(&error);
+
+  Loom::SmartPtr<ZipArchive> opened(new ZipArchive(path));
+  const zip_int64_t count = zip_get_num_entries(archive.get(), 0);
+  for (zip_int64_t i = 0; i < count; ++i) {
+    zip_stat_t stat;
+    const auto index = static_cast<zip_uint64_t>(i);
+    if (zip_stat_index(archive.get(), index, 0, &stat) != 0) {
+      Fail("cannot read archive", path, LibzipMessage(archive.get()));
+    }
+    const std::string_view name = stat.name;
+    // Directory entries carry no data; the members' names hold their folders.
+    if (name.ends_with('/')) continue;
+    std::string bytes = ReadEntry(archive.get(), index, stat.size);
+    if (bytes.size() != stat.size) {
+      Fail("cannot read archive member", path,
+           std::string(name) + ": " + LibzipMessage(archive.get()));
+    }
+    opened->members_.push_back({Utf16(name), std::move(bytes)});
+  }
+  return opened;
+}
+
+Loom::SmartPtr<ZipArchive> ZipArchive::Create(const Loom::File& path) {
+  return Loom::SmartPtr<ZipArchive>(new ZipArchive(path));
+}
+
+const ZipArchive::Member* ZipArchive::find(const Loom::wstring& name) const {
+  const auto found = std::find_if(members_.begin(), members_.end(),
+                                  [&name](const Member& member) { return member.name == name; });
+  return found == members_.end() ? nullptr : &*found;
+}
+
+bool ZipArchive::exists(const Loom::wstring& member) const { return find(member) != nullptr; }
+
+Loom::vector<Loom::wstring> ZipArchive::members() const {
+  Loom::vector<Loom::wstring> names;
+  for (const Member& member : members_) names.push_back(member.name);
+  return names;
+}
+
+Loom::string ZipArchive::read(const Loom::wstring& member) const {
+  const Member* found = find(member);
+  if (found == nullptr) Fail("no member '" + Utf8(member) + "' in archive", path_, "not found");
+  return Loom::string(found->bytes);
+}
+
+void ZipArchive::write(const Loom::wstring& member, const Loom::string& bytes) {
+  const auto found = std::find_if(members_.begin(), members_.end(),
+                                  [&member](const Member& m) { return m.name == member; });
+  if (found == members_.end()) {
+    members_.push_back({member, std::string(bytes.data(), bytes.size())});
+  } else {
+    found->bytes.assign(bytes.data(), bytes.size());
+  }
+}
+
+void ZipArchive::remove(const Loom::wstring& member) {
+  std::erase_if(members_, [&member](const Member& m) { return m.name == member; });
+}
+
+void ZipArchive::save() {
+  if (std::exchange(g_fail_next_save, false)) Fail("cannot save archive", path_, "injected fault");
+  std::vector<std::pair<std::string, const std::string*>> named;
+  for (const Member& member : members_) named.emplace_back(Utf8(member.name), &member.bytes);
+  if (!WriteFileAtomically(NativePath(path_), ZipBytes(named, path_))) {
+    Fail("cannot save archive", path_, "the file could not be written");
+  }
+}
+
+void ZipArchive::extract(const Loom::wstring& member, const Loom::File& directory) const {
+  const Member* found = find(member);
+  if (found == nullptr) Fail("no member '" + Utf8(member) + "' in archive", path_, "not found");
+  const std::optional<std::filesystem::path> target = ExtractionTarget(member, directory);
+  if (!target)
+    Fail("refusing to extract '" + Utf8(member) + "' from", path_, "it leaves the directory");
+  std::error_code error;
+  std::filesystem::create_directories(target->parent_path(), error);
+  if (!WriteFileAtomically(*target, found->bytes)) {
+    Fail("cannot extract '" + Utf8(member) + "' from", path_, "the file could not be written");
+  }
+}
+
+void ZipArchive::extractAll(const Loom::File& directory) const {
+  // Every name is checked before the first file is written: a refused archive leaves
+  // nothing behind.
+  for (const Member& member : members_) {
+    if (!ExtractionTarget(member.name, directory)) {
+      Fail("refusing to extract '" + Utf8(member.name) + "' from", path_,
+           "it leaves the directory");
+    }
+  }
+  for (const Member& member : members_) extract(member.name, directory);
+}
+
+void failNextArchiveSave() { g_fail_next_save = true; }
+
+void WriteArchiveMember(const Loom::File& path, std::u16string_view member,
+                        std::string_view bytes) {
+  const Loom::SmartPtr<ZipArchive> archive =
+      path.exists() ? ZipArchive::Open(path) : ZipArchive::Create(path);
+  archive->write(Loom::wstring(member), Loom::string(bytes));
+  archive->save();
+}
+
+}  // namespace refhost
+
+namespace Loom::Services {
+
+ArchiveError::ArchiveError(string message) : message_(std::move(message)) {}
+
+const char* ArchiveError::what() const noexcept { return message_.c_str(); }
+
+SmartPtr<Archive> Archive::open(const File& path) { return refhost::ZipArchive::Open(path); }
+
+ArchiveBackingStoreIO::ArchiveBackingStoreIO(SmartPtr<Archive> archive, const wstring& member,
+                                             int readOnly)
+    : archive_(std::move(archive)), member_(member), readOnly_(readOnly != 0) {}
+
+ArchiveBackingStoreIO::~ArchiveBackingStoreIO() = default;
+
+SmartPtr<Dom::Document> ArchiveBackingStoreIO::read() {
+  if (!archive_ || !archive_->exists(member_)) return nullptr;
+  SmartPtr<Dom::Node> root = refhost::ParseXml(std::string_view(archive_->read(member_)));
+  SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::inMemory());
+  if (!root || !document) return nullptr;
+  document->setRoot(std::move(root));
+  return document;
+}
+
+bool ArchiveBackingStoreIO::write(Dom::Document* document) {
+  if (readOnly_ || !archive_ || document == nullptr) return false;
+  const SmartPtr<Dom::Node> root = document->getRoot();
+  if (!root) return false;
+  archive_->write(member_, string(refhost::WriteXml(*root)));
+  return true;
+}
+
+}  // namespace Loom::Services

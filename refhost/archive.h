@@ -1,0 +1,66 @@
+// Zip archives of the reference host (Loom::Services::Archive on libzip): the driver's UI
+// archive and the export files.
+//
+// An archive is read whole into memory when it is opened; write and remove change only
+// that copy, and save() writes the whole archive back to its file atomically (through
+// refhost/file_io.h), so a failed save leaves the file exactly as it was. Member names are
+// stored in UTF-8 and compared exactly (case-sensitive, '\' and '/' are different
+// characters). extract and extractAll refuse a member name that would land outside the
+// target directory (an absolute name, a drive letter, or a ".." step, with either slash)
+// before they write anything.
+//
+// ArchiveBackingStoreIO (host/settings.h) is implemented here too: a settings document
+// stored as one member.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/settings.h"
+
+namespace refhost {
+
+class ZipArchive final : public Loom::Services::Archive {
+ public:
+  // Reads the archive at `path`; throws ArchiveError when it is missing or not a zip.
+  static Loom::SmartPtr<ZipArchive> Open(const Loom::File& path);
+  // An empty archive for `path`, which need not exist yet: save() creates it.
+  static Loom::SmartPtr<ZipArchive> Create(const Loom::File& path);
+
+  const Loom::File& path() const override { return path_; }
+  bool exists(const Loom::wstring& member) const override;
+  // In archive order; members written since are at the end.
+  Loom::vector<Loom::wstring> members() const override;
+  Loom::string read(const Loom::wstring& member) const override;
+  void write(const Loom::wstring& member, const Loom::string& bytes) override;
+  void remove(const Loom::wstring& member) override;
+  void save() override;
+  void extract(const Loom::wstring& member, const Loom::File& directory) const override;
+  void extractAll(const Loom::File& directory) const override;
+
+ private:
+  struct Member {
+    Loom::wstring name;
+    std::string bytes;
+  };
+
+  explicit ZipArchive(Loom::File path) : path_(std::move(path)) {}
+  ~ZipArchive() override = default;
+
+  const Member* find(const Loom::wstring& name) const;
+
+  Loom::File path_;
+  std::vector<Member> members_;
+};
+
+// Fault injection: the next save() of any archive throws ArchiveError without touching
+// its file, as a full disk would.
+void failNextArchiveSave();
+
+// For set-up by tests and the scenario runner: writes `bytes` as `member` of the archive
+// at `path` (created when missing) and saves it. Throws ArchiveError.
+void WriteArchiveMember(const Loom::File& path, std::u16string_view member, std::string_view bytes);
+
+}  // namespace refhost
