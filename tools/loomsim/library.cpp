@@ -18,10 +18,8 @@ Library::~Library() {
   if (handle_ != nullptr) dlclose(handle_);
 }
 
-std::string Library::besideProgram(const std::string& argv0) {
-  const std::size_t slash = argv0.find_last_of('/');
-  const std::string directory = slash == std::string::npos ? "./" : argv0.substr(0, slash + 1);
-  return directory + "libspindleui.so";
+std::filesystem::path Library::InDirectory(const std::filesystem::path& directory) {
+  return directory / "libspindleui.so";
 }
 
 }  // namespace loomsim

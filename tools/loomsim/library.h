@@ -2,6 +2,7 @@
 // undecorated name. The runner reaches the library's objects only through this.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 class xClass;
@@ -20,10 +21,11 @@ class Library {
 
   bool ok() const { return findObject_ != nullptr; }
   const std::string& error() const { return error_; }
-  xClass* findObject(const char* name) const { return findObject_(name); }
+  // The library's findObject; null when loading failed.
+  FindObject finder() const { return findObject_; }
 
-  // The library beside the running program (`argv0`'s directory).
-  static std::string besideProgram(const std::string& argv0);
+  // The library's file in `directory` (the program's, where the build puts both).
+  static std::filesystem::path InDirectory(const std::filesystem::path& directory);
 
  private:
   void* handle_ = nullptr;

@@ -1,24 +1,57 @@
-// Placeholder entry of the scenario runner: loads the library as the host does and
-// shows the registry and the Math object at work.
-#include <cstdio>
+// loomsim: the scenario runner. Plays the bundled tour without arguments; see --help.
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <system_error>
+#include <vector>
 
-#include "host/codes.h"
-#include "refhost/args.h"
+#include "tools/loomsim/command_line.h"
 #include "tools/loomsim/library.h"
+#include "tools/loomsim/runner.h"
 
-int main(int, char** argv) {
-  loomsim::Library library(loomsim::Library::besideProgram(argv[0]));
+namespace {
+
+constexpr int kUsageError = 2;
+
+// The directory of the running program, wherever it was started from.
+std::filesystem::path ProgramDirectory(const char* argv0) {
+  std::error_code error;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (!error) return self.parent_path();
+  return std::filesystem::absolute(argv0, error).parent_path();
+}
+
+// The tour: in the source tree the program was built from, so edits to it show at once;
+// else in samples/ beside the program, for a program copied elsewhere with its samples.
+std::filesystem::path TourFile(const std::filesystem::path& programDirectory) {
+  const std::filesystem::path inSources =
+      std::filesystem::path(LOOMSIM_SOURCE_DIR) / "samples" / "tour.scn";
+  if (std::filesystem::exists(inSources)) return inSources;
+  return programDirectory / "samples" / "tour.scn";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::string error;
+  const std::optional<loomsim::CommandLine> line =
+      loomsim::ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc), error);
+  if (!line) {
+    std::cerr << "loomsim: " << error << "\nTry loomsim --help.\n";
+    return kUsageError;
+  }
+  if (line->help) {
+    std::cout << loomsim::HelpText();
+    return 0;
+  }
+  const std::filesystem::path programDirectory = ProgramDirectory(argv[0]);
+  const loomsim::Library library(
+      line->library.value_or(loomsim::Library::InDirectory(programDirectory)).string());
   if (!library.ok()) {
-    std::fprintf(stderr, "loomsim: %s\n", library.error().c_str());
+    std::cerr << "loomsim: cannot load the library: " << library.error() << '\n';
     return 1;
   }
-  xClass* math = library.findObject("Math");
-  std::printf("findObject(\"Math\") -> %p; again -> %p; \"math\" -> %p\n",
-              static_cast<void*>(math), static_cast<void*>(library.findObject("Math")),
-              static_cast<void*>(library.findObject("math")));
-  refhost::Args args;
-  args.integer(42);
-  const bool answer = library.findObject("obj")->call("abc", args.count(), args.records(), nullptr);
-  std::printf("obj.abc(int(42)) -> %s\n", answer ? "true" : "false");
-  return 0;
+  std::vector<std::filesystem::path> files = line->files;
+  if (files.empty()) files.push_back(TourFile(programDirectory));
+  return loomsim::RunScenarioFiles(library.finder(), files, line->options, std::cout) ? 0 : 1;
 }

@@ -1,0 +1,317 @@
+// The scenario parser: cutting files into statements, every statement form with its
+// canonical echo, and every error message a scenario writer can meet.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tools/loomsim/command_line.h"
+#include "tools/loomsim/grammar.h"
+#include "tools/loomsim/statement_reader.h"
+#include "tools/loomsim/text_values.h"
+
+namespace loomsim {
+namespace {
+
+const std::optional<Block> kNoBlock;
+const std::optional<Block> kBlock = Block{"END", 2, "<x/>\n"};
+
+std::string Echo(std::string_view text, const std::optional<Block>& block = kNoBlock) {
+  return ParseStatement(Facilities(), text, block).echo;
+}
+
+std::string ErrorOf(std::string_view text, const std::optional<Block>& block = kNoBlock) {
+  try {
+    ParseStatement(Facilities(), text, block);
+  } catch (const ParseError& error) {
+    return StatementError(1, std::string(text), error).reason;
+  }
+  return "parsed";
+}
+
+TEST(StatementReaderTest, CutsStatementsCommentsAndBlocks) {
+  const std::vector<SourceStatement> statements = ReadStatements(
+      "# tour\r\n"
+      "\n"
+      "   prop a = \"1\"\n"
+      "doc basic <<XUL\n"
+      "  <window id=\"w\"/>\n"
+      "  XUL\n"
+      "#\n"
+      "expect stdout \"<<END\"\n");
+  ASSERT_EQ(statements.size(), 5u);
+  EXPECT_TRUE(statements[0].comment);
+  EXPECT_EQ(statements[0].text, "tour");
+  EXPECT_EQ(statements[1].line, 3);
+  EXPECT_EQ(statements[1].text, "prop a = \"1\"");
+  EXPECT_EQ(statements[2].line, 4);
+  EXPECT_EQ(statements[2].text, "doc basic");
+  EXPECT_EQ(statements[2].written, "doc basic <<XUL");
+  ASSERT_TRUE(statements[2].block);
+  EXPECT_EQ(statements[2].block->marker, "XUL");
+  EXPECT_EQ(statements[2].block->firstLine, 5);
+  // Block lines keep their leading blanks; the closing line may be indented.
+  EXPECT_EQ(statements[2].block->text, "  <window id=\"w\"/>\n");
+  EXPECT_TRUE(statements[3].comment);
+  EXPECT_EQ(statements[3].text, "");
+  // A quoted "<<END" is text, not a block.
+  EXPECT_FALSE(statements[4].block);
+}
+
+TEST(StatementReaderTest, BlockWithoutItsClosingLineIsAnError) {
+  try {
+    ReadStatements("prop a = \"1\"\nfile user:\"a\" <<EOF\nline\nEOFX\n");
+    FAIL() << "no error";
+  } catch (const StatementError& error) {
+    EXPECT_EQ(error.line, 2);
+    EXPECT_EQ(error.statement, "file user:\"a\" <<EOF");
+    EXPECT_EQ(error.reason,
+              "expected a line holding only EOF to close the block, found the end of the file");
+  }
+}
+
+TEST(TextValuesTest, QuoteWritesWhatTheScenarioSyntaxReadsBack) {
+  const struct {
+    std::string bytes;
+    std::string quoted;
+  } kCases[] = {
+      {"plain", "\"plain\""},
+      {"a\"b\\c", "\"a\\\"b\\\\c\""},
+      {"\n\r\t\x01\x7F", "\"\\n\\r\\t\\u0001\\u007F\""},
+      {"\xC3\xA9\xF0\x9F\x98\x80", "\"\xC3\xA9\xF0\x9F\x98\x80\""},
+      {"\xFF\xC3", "\"\\xFF\\xC3\""},
+      {"\xC0\xAF", "\"\\xC0\\xAF\""},   // overlong '/'
+      {"\xED\xA0\x80", "\"\\uD800\""},  // a lone surrogate as WTF-8
+  };
+  for (const auto& c : kCases) {
+    EXPECT_EQ(Quote(c.bytes), c.quoted);
+    EXPECT_EQ(Echo("expect stdout " + c.quoted), "expect stdout " + c.quoted);
+  }
+  EXPECT_EQ(Quote(std::u16string(u"a\xD800z")), "\"a\\uD800z\"");
+}
+
+TEST(TextValuesTest, WideTextKeepsLoneSurrogatesAndRefusesOtherBadBytes) {
+  EXPECT_EQ(WideText("\xED\xA0\x80x"), std::u16string(u"\xD800x"));
+  EXPECT_EQ(WideText("\xF0\x9F\x98\x80"), std::u16string(u"\U0001F600"));
+  EXPECT_FALSE(WideText("a\xFF"));
+  EXPECT_FALSE(WideText("\xE2\x82"));  // cut short
+  EXPECT_EQ(NarrowText(u"\xDC00\U0001F600"), "\xED\xB0\x80\xF0\x9F\x98\x80");
+}
+
+TEST(ParseTest, EveryFormReadsAndEchoesCanonically) {
+  const struct {
+    std::string_view written;
+    bool block;
+    std::string_view echo;
+  } kCases[] = {
+      {"prop   loom.driver.name=\"K\"", false, "prop loom.driver.name = \"K\""},
+      {"user \"Custom Paper Size\"/Width = \"210\"", false,
+       "user \"Custom Paper Size\"/Width = \"210\""},
+      {"user \"A\"/\"a/b\"/\"\" = \"\"", false, "user A/\"a/b\"/\"\" = \"\""},
+      {"user file = \"x\"", false, "user file = \"x\""},
+      {"user file \"settings/user.xml\"", false, "user file \"settings/user.xml\""},
+      {"device PRODUCTCODE/ModelName = \"\\u00e9\"", false,
+       "device PRODUCTCODE/ModelName = \"\xC3\xA9\""},
+      {"device file \"d.xml\"", false, "device file \"d.xml\""},
+      {"doc basic", true, "doc basic <<END"},
+      {"doc dlg file \"dialog.xul\"", false, "doc dlg file \"dialog.xul\""},
+      {"owner dlg basic", false, "owner dlg basic"},
+      {"set #list.value = \"A\"", false, "set #list.value = \"A\""},
+      {"set dlg#x.selected=\"true\"", false, "set dlg#x.selected = \"true\""},
+      {"file user:\"a/b.xml\"", true, "file user:\"a/b.xml\" <<END"},
+      {"archive driver:\"ui.zip\" member \"factdef.xml\"", true,
+       "archive driver:\"ui.zip\" member \"factdef.xml\" <<END"},
+      {"uiarchive root:\"ui.zip\"", false, "uiarchive root:\"ui.zip\""},
+      {"rule rul_Change", true, "rule rul_Change <<END"},
+      {"call Math", false, "call Math"},
+      {"call obj.abc()", false, "call obj.abc()"},
+      {"call Math.round(document,double(-2.5))", false, "call Math.round(document, double(-2.5))"},
+      {"call x.m(basic, dlg#e, #e, \"t\\x00\", int(-2147483648), intref(+7), floatref(1.5e3), "
+       "double(nan), nulldoc, nullelem, kind(4294967295))",
+       false,
+       "call x.m(basic, dlg#e, #e, \"t\\u0000\", int(-2147483648), intref(+7), floatref(1.5e3), "
+       "double(nan), nulldoc, nullelem, kind(4294967295))"},
+      {"expect result true", false, "expect result true"},
+      {"expect result false", false, "expect result false"},
+      {"expect object \"Math\" present", false, "expect object \"Math\" present"},
+      {"expect object \"math\" absent", false, "expect object \"math\" absent"},
+      {"expect #x.value == \"3\"", false, "expect #x.value == \"3\""},
+      {"expect dlg#x.hidden absent", false, "expect dlg#x.hidden absent"},
+      {"expect #x.hidden present", false, "expect #x.hidden present"},
+      {"expect #x absent", false, "expect #x absent"},
+      {"expect dlg#x present", false, "expect dlg#x present"},
+      {"expect user#x present", false, "expect user#x present"},
+      {"expect #list selected == \"A\"", false, "expect #list selected == \"A\""},
+      {"expect #list items == 3", false, "expect #list items == 3"},
+      {"expect vars.prodType == \"EXBP\"", false, "expect vars.prodType == \"EXBP\""},
+      {"expect args.out_param absent", false, "expect args.out_param absent"},
+      {"expect user TEMPLATE/B == \"x\"", false, "expect user TEMPLATE/B == \"x\""},
+      {"expect device A absent", false, "expect device A absent"},
+      {"expect file user:\"a\" exists", false, "expect file user:\"a\" exists"},
+      {"expect file allusers:\"a\" absent", false, "expect file allusers:\"a\" absent"},
+      {"expect file user:\"a\" contains \"x\"", false, "expect file user:\"a\" contains \"x\""},
+      {"expect file user:\"a\" lacks \"x\"", false, "expect file user:\"a\" lacks \"x\""},
+      {"expect archive user:\"e.cfp\" has \"M\"", false, "expect archive user:\"e.cfp\" has \"M\""},
+      {"expect archive user:\"e.cfp\" lacks \"M\"", false,
+       "expect archive user:\"e.cfp\" lacks \"M\""},
+      {"expect script \"rule r;\"", false, "expect script \"rule r;\""},
+      {"expect no script", false, "expect no script"},
+      {"expect message \"Hi\"", false, "expect message \"Hi\""},
+      {"expect no message", false, "expect no message"},
+      {"expect stdout \"value 1\\n\"", false, "expect stdout \"value 1\\n\""},
+      {"expect refs balanced", false, "expect refs balanced"},
+      {"expect exception \"Invalid UTF-8\"", false, "expect exception \"Invalid UTF-8\""},
+      {"expect no exception", false, "expect no exception"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.written);
+    EXPECT_EQ(Echo(c.written, c.block ? kBlock : kNoBlock), c.echo);
+  }
+}
+
+TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
+  const struct {
+    std::string_view written;
+    bool block;
+    std::string_view reason;
+  } kCases[] = {
+      {"prop = \"x\"", false, "expected a property key, found \"= \\\"x\\\"\""},
+      {"prop a \"x\"", false, "expected '=' and a quoted text, found \"\\\"x\\\"\""},
+      {"prop a = x", false, "expected a quoted text, found \"x\""},
+      {"prop a = \"x", false, "expected a closing '\"' of the text, found \"\\\"x\""},
+      {"prop a = \"\\q\"", false,
+       "expected an escape: \\\" \\\\ \\n \\r \\t \\uXXXX or \\xHH, found \"\\\\q\\\"\""},
+      {"prop a = \"\\xZ1\"", false, "expected two hexadecimal digits after \\x, found \"Z1\\\"\""},
+      {"prop a = \"\\u12\"", false, "expected four hexadecimal digits after \\u, found \"12\\\"\""},
+      {"prop a = \"x\" y", false, "expected the end of the statement, found \"y\""},
+      {"user = \"x\"", false,
+       "expected a settings path (keys joined by '/'), found \"= \\\"x\\\"\""},
+      {"user A/ = \"x\"", false,
+       "expected a settings path (keys joined by '/'), found \"= \\\"x\\\"\""},
+      {"device A \"x\"", false,
+       "expected '=' and a quoted text after the settings path, found \"\\\"x\\\"\""},
+      {"doc basic", false,
+       "expected file \"path.xul\" or a <<END block, found the end of the line"},
+      {"doc", true, "expected a document name, found the end of the line"},
+      {"owner dlg", false,
+       "expected the name of the document that opened it, found the end of the line"},
+      {"set x.value = \"1\"", false,
+       "expected '#' and an element id after the document name, found \".value = \\\"1\\\"\""},
+      {"set #x = \"1\"", false, "expected '.' and an attribute name, found \"= \\\"1\\\"\""},
+      {"file home:\"a\"", true,
+       "expected a place (user, driver, allusers, root), found "
+       "\"home:\\\"a\\\"\""},
+      {"file user\"a\"", true,
+       "expected ':' and a quoted path after the place, found \"\\\"a\\\"\""},
+      {"file user:\"../a\"", true,
+       "expected a relative path that stays inside the place, found \"\\\"../a\\\"\""},
+      {"file user:\"/etc/passwd\"", true,
+       "expected a relative path that stays inside the place, found \"\\\"/etc/passwd\\\"\""},
+      {"file user:\"a\"", false, "expected a <<END block, found the end of the line"},
+      {"prop a = \"1\"", true,
+       "expected the end of the statement: it takes no block, found \"<<END\""},
+      {"archive user:\"a.zip\" \"M\"", true,
+       "expected member \"Name\" after the archive, found \"\\\"M\\\"\""},
+      {"call", false, "expected an object name, found the end of the line"},
+      {"call Math.round", false, "expected '(' and the arguments, found the end of the line"},
+      {"call Math.round(document", false, "expected ',' or ')', found the end of the line"},
+      {"call Math.round(document,)", false,
+       "expected an argument: document, a document name, #id, NAME#id, \"text\", int(N), "
+       "intref(N), floatref(X), double(X), nulldoc, nullelem or kind(K), found \")\""},
+      {"call x.m(long(3))", false,
+       "expected an argument: document, a document name, #id, NAME#id, \"text\", int(N), "
+       "intref(N), floatref(X), double(X), nulldoc, nullelem or kind(K), found \"long(\""},
+      {"call x.m(int(2147483648))", false,
+       "expected an integer from -2147483648 to 2147483647, found \"2147483648))\""},
+      {"call x.m(int(1.5))", false, "expected ')', found \".5))\""},
+      {"call x.m(kind(-1))", false,
+       "expected an argument kind from 0 to 4294967295, found \"-1))\""},
+      {"call x.m(double(x))", false, "expected a number, found \"x))\""},
+      {"call x.m(int(3)", false, "expected ',' or ')', found the end of the line"},
+      {"expect result maybe", false, "expected true or false, found \"maybe\""},
+      {"expect object Math present", false,
+       "expected the quoted name of an object, found \"Math present\""},
+      {"expect object \"Math\" there", false, "expected absent or present, found \"there\""},
+      {"expect #x.value = \"3\"", false,
+       "expected == \"text\", absent or present, found \"= \\\"3\\\"\""},
+      {"expect #x empty", false,
+       "expected .ATTR, selected, items, absent or present after the element, found \"empty\""},
+      {"expect #x selected \"A\"", false,
+       "expected == \"value\" after selected, found \"\\\"A\\\"\""},
+      {"expect #x items == many", false, "expected a number of items, found \"many\""},
+      {"expect vars prodType", false, "expected '.' and an attribute name, found \"prodType\""},
+      {"expect user A", false,
+       "expected == \"text\", absent or present, found the end of the line"},
+      {"expect file user:\"a\" there", false,
+       "expected exists, absent, contains \"text\" or lacks \"text\", found \"there\""},
+      {"expect archive user:\"a\" holds \"M\"", false,
+       "expected has \"Member\" or lacks \"Member\", found \"holds \\\"M\\\"\""},
+      {"expect refs even", false, "expected balanced, found \"even\""},
+      {"rule", true, "expected a rule name, found the end of the line"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.written);
+    EXPECT_EQ(ErrorOf(c.written, c.block ? kBlock : kNoBlock), c.reason);
+  }
+}
+
+TEST(ParseTest, AnUnknownStatementListsWhatMayStandThere) {
+  // Facilities add statements over time: the lists are checked for what they must hold.
+  const std::string statement = ErrorOf("frobnicate x");
+  EXPECT_TRUE(statement.starts_with("expected a statement: prop, user, device, expect, doc,"))
+      << statement;
+  EXPECT_NE(statement.find(" uiarchive, rule, call"), std::string::npos) << statement;
+  EXPECT_TRUE(statement.ends_with(", found \"frobnicate x\"")) << statement;
+  for (const std::string_view written : {"expect resul true", "expect no scripts"}) {
+    const std::string expectation = ErrorOf(written);
+    EXPECT_TRUE(
+        expectation.starts_with("expected after \"expect\" one of: user, device, #id, "
+                                "NAME#id, vars, args,"))
+        << expectation;
+    for (const char* choice : {" result,", " no script,", " no message"}) {
+      EXPECT_NE(expectation.find(choice), std::string::npos) << expectation;
+    }
+    EXPECT_TRUE(expectation.ends_with(", found " + Quote(written.substr(7)))) << expectation;
+  }
+}
+
+TEST(ParseTest, EveryHeadIsUniqueAndDocumented) {
+  std::set<std::string_view> heads;
+  for (const Facility& facility : Facilities()) {
+    for (const StatementForm& form : facility.forms) {
+      EXPECT_TRUE(heads.insert(form.head).second) << "two rows for " << form.head;
+      // The head's first word leads its usage: --help and the documentation show it.
+      EXPECT_TRUE(form.usage.starts_with(form.head.substr(0, form.head.find(' ')))) << form.usage;
+    }
+  }
+}
+
+TEST(CommandLineTest, ReadsCommandsAndOptions) {
+  std::string error;
+  auto parse = [&](std::vector<std::string> arguments) {
+    error.clear();
+    return ParseCommandLine(arguments, error);
+  };
+  std::optional<CommandLine> line = parse({});
+  ASSERT_TRUE(line);
+  EXPECT_TRUE(line->files.empty());
+  EXPECT_FALSE(line->options.quiet);
+
+  line = parse({"run", "--quiet", "a.scn", "--library", "lib.so", "b.scn", "--keep"});
+  ASSERT_TRUE(line);
+  EXPECT_EQ(line->files, (std::vector<std::filesystem::path>{"a.scn", "b.scn"}));
+  EXPECT_TRUE(line->options.quiet);
+  EXPECT_TRUE(line->options.keep);
+  EXPECT_EQ(line->library, std::filesystem::path("lib.so"));
+
+  EXPECT_TRUE(parse({"--help"})->help);
+  EXPECT_FALSE(parse({"walk"}));
+  EXPECT_EQ(error, "unknown command walk (the command is run)");
+  EXPECT_FALSE(parse({"run", "--fast"}));
+  EXPECT_EQ(error, "unknown option --fast");
+  EXPECT_FALSE(parse({"--library"}));
+  EXPECT_EQ(error, "--library needs the path of the library");
+  EXPECT_NE(HelpText().find("  expect #id items == N"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace loomsim

@@ -1,0 +1,76 @@
+#include "tools/loomsim/call_watch.h"
+
+#include "refhost/document.h"
+#include "tools/loomsim/element_label.h"
+#include "tools/loomsim/scenario.h"
+#include "tools/loomsim/text_values.h"
+
+namespace loomsim {
+
+CallWatch::CallWatch(Scenario& scenario)
+    : scenario_(scenario),
+      user_(TakeSettingsSnapshot(scenario.sheet().window().getSettings())),
+      device_(TakeSettingsSnapshot(scenario.sheet().window().getDevSettings())),
+      files_(TakeFileSnapshot(scenario.sandbox().root())),
+      scriptsBefore_(scenario.sheet().scriptEnv().statements().size()) {
+  scenario_.messageBoxes().Take();  // boxes of earlier set-up are not this call's
+  scenario_.StartNoting();
+  scenario_.sheet().setChangeObserver(this);
+}
+
+CallWatch::~CallWatch() { Stop(); }
+
+void CallWatch::Stop() {
+  if (!watching_) return;
+  watching_ = false;
+  scenario_.sheet().setChangeObserver(nullptr);
+}
+
+void CallWatch::onChange(const refhost::Change& change) {
+  using Kind = refhost::Change::Kind;
+  const std::string label = ElementLabel(scenario_, *change.element);
+  const std::string attribute = "." + NarrowText(change.attribute);
+  switch (change.kind) {
+    case Kind::kAttributeAdded:
+      scenario_.NoteChange("+ " + label + attribute + " = " + Quote(change.newValue));
+      break;
+    case Kind::kAttributeChanged:
+      scenario_.NoteChange("~ " + label + attribute + " = " + Quote(change.newValue) + " (was " +
+                           Quote(change.oldValue) + ")");
+      break;
+    case Kind::kAttributeRemoved:
+      scenario_.NoteChange("- " + label + attribute + " (was " + Quote(change.oldValue) + ")");
+      break;
+    case Kind::kElementAdded:
+      scenario_.NoteChange("+ " + StartTag(*change.element) + " added to " +
+                           ElementLabel(scenario_, *change.parent));
+      break;
+    case Kind::kElementRemoved:
+      scenario_.NoteChange("- " + StartTag(*change.element) + " removed from " +
+                           ElementLabel(scenario_, *change.parent));
+      break;
+  }
+}
+
+std::vector<std::string> CallWatch::Finish() {
+  LastCall& last = scenario_.lastCall();
+  last.printed = capture_.Finish();
+  Stop();
+  std::vector<std::string> lines = scenario_.StopNoting();
+  refhost::Window& window = scenario_.sheet().window();
+  DiffSettings("user", user_, TakeSettingsSnapshot(window.getSettings()), lines);
+  DiffSettings("device", device_, TakeSettingsSnapshot(window.getDevSettings()), lines);
+  DiffFiles(files_, TakeFileSnapshot(scenario_.sandbox().root()), lines);
+
+  const auto& statements = scenario_.sheet().scriptEnv().statements();
+  last.scripts.clear();
+  for (std::size_t i = scriptsBefore_; i < statements.size(); ++i) {
+    last.scripts.push_back(statements[i].text);
+  }
+  if (!last.printed.empty()) lines.push_back("> printed " + Quote(last.printed));
+  last.messages = scenario_.messageBoxes().Take();
+  for (const std::string& message : last.messages) lines.push_back("! message " + Quote(message));
+  return lines;
+}
+
+}  // namespace loomsim

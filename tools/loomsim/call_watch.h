@@ -1,0 +1,58 @@
+// Watches one call into the library from outside and lists everything it changed, one
+// change a line, in this order:
+//
+//   changes to elements and the script statements the call ran, as they happened
+//     + basic#vars.prodType = "EXBP"                       attribute added
+//     ~ basic#ePTKWPageMediaType.value = "Thick1" (was "PLAIN")
+//     - basic#A6.hidden (was "true")                       attribute removed
+//     + <menuitem value="A"> added to basic#list/menupopup[1]
+//     - <menuitem value="A"> removed from basic#list/menupopup[1]
+//     > script "rule rul_ChangePrintJob;" -> rule rul_ChangePrintJob, 1 statement(s)
+//     (and whatever a facility notes through Scenario::NoteChange)
+//   settings values (settings_snapshot.h), user tree first, then the device tree
+//   files written or removed (file_snapshot.h)
+//   > printed "value 5\n"                                  the standard output
+//   ! message "text"                                       a message box
+//
+// It also fills the scenario's LastCall with the script statements, the printed text and
+// the message boxes, for the expectations.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "refhost/change_observer.h"
+#include "tools/loomsim/file_snapshot.h"
+#include "tools/loomsim/settings_snapshot.h"
+#include "tools/loomsim/stdout_capture.h"
+
+namespace loomsim {
+
+class Scenario;
+
+class CallWatch final : public refhost::ChangeObserver {
+ public:
+  // Takes the snapshots and starts listening and capturing.
+  explicit CallWatch(Scenario& scenario);
+  ~CallWatch() override;
+  CallWatch(const CallWatch&) = delete;
+  CallWatch& operator=(const CallWatch&) = delete;
+
+  // Stops watching and returns the lines of every change.
+  std::vector<std::string> Finish();
+
+  void onChange(const refhost::Change& change) override;
+
+ private:
+  void Stop();
+
+  Scenario& scenario_;
+  SettingsSnapshot user_;
+  SettingsSnapshot device_;
+  FileSnapshot files_;
+  std::size_t scriptsBefore_;
+  bool watching_ = true;
+  StdoutCapture capture_;  // last: starts after the snapshots are taken
+};
+
+}  // namespace loomsim

@@ -1,0 +1,25 @@
+// The one list of statement tables. A facility added later (drawers, forms, the printer,
+// the registry, dialogs, the clock, ...) defines its own Facility in its own file and is
+// added here, once.
+#include <vector>
+
+#include "tools/loomsim/grammar.h"
+
+namespace loomsim {
+
+extern const Facility kDocumentFacility;
+extern const Facility kSettingsFacility;
+extern const Facility kFileFacility;
+extern const Facility kScriptFacility;
+extern const Facility kCallFacility;
+extern const Facility kEffectFacility;
+
+std::span<const Facility> Facilities() {
+  static const std::vector<Facility> kAll = {
+      kSettingsFacility, kDocumentFacility, kFileFacility,
+      kScriptFacility,   kCallFacility,     kEffectFacility,
+  };
+  return kAll;
+}
+
+}  // namespace loomsim

@@ -1,0 +1,65 @@
+#include "tools/loomsim/file_snapshot.h"
+
+#include <fstream>
+#include <system_error>
+
+#include "tools/loomsim/place_ref.h"
+#include "tools/loomsim/text_values.h"
+
+namespace loomsim {
+namespace {
+
+std::uint64_t HashOf(const std::filesystem::path& file) {
+  constexpr std::uint64_t kOffsetBasis = 14695981039346656037ull;
+  constexpr std::uint64_t kPrime = 1099511628211ull;
+  std::uint64_t hash = kOffsetBasis;
+  std::ifstream in(file, std::ios::binary);
+  char buffer[4096];
+  while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
+    for (std::streamsize i = 0; i < in.gcount(); ++i) {
+      hash = (hash ^ static_cast<unsigned char>(buffer[i])) * kPrime;
+    }
+  }
+  return hash;
+}
+
+// user/a/b.xml -> user:"a/b.xml"
+std::string FileText(const std::string& relative) {
+  const std::size_t slash = relative.find('/');
+  if (slash == std::string::npos) return Quote(relative);
+  return PlaceRefText({relative.substr(0, slash), relative.substr(slash + 1)});
+}
+
+std::string Bytes(std::uintmax_t size) { return " (" + std::to_string(size) + " bytes)"; }
+
+}  // namespace
+
+FileSnapshot TakeFileSnapshot(const std::filesystem::path& root) {
+  FileSnapshot snapshot;
+  // A file that vanishes while the tree is walked is simply not in the snapshot.
+  std::error_code error;
+  for (auto it = std::filesystem::recursive_directory_iterator(root, error);
+       !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
+    if (!it->is_regular_file(error)) continue;
+    const std::string relative = it->path().lexically_relative(root).generic_string();
+    snapshot[relative] = FileState{it->file_size(error), HashOf(it->path())};
+  }
+  return snapshot;
+}
+
+void DiffFiles(const FileSnapshot& before, const FileSnapshot& after,
+               std::vector<std::string>& lines) {
+  for (const auto& [path, state] : after) {
+    const auto old = before.find(path);
+    if (old == before.end()) {
+      lines.push_back("+ file " + FileText(path) + Bytes(state.size));
+    } else if (old->second.size != state.size || old->second.hash != state.hash) {
+      lines.push_back("~ file " + FileText(path) + Bytes(state.size));
+    }
+  }
+  for (const auto& [path, state] : before) {
+    if (!after.contains(path)) lines.push_back("- file " + FileText(path));
+  }
+}
+
+}  // namespace loomsim

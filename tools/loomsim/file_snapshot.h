@@ -1,0 +1,30 @@
+// What a call did to the files of the scenario's directory tree: every file's size and
+// content hash before and after, compared.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace loomsim {
+
+struct FileState {
+  std::uintmax_t size;
+  std::uint64_t hash;  // FNV-1a of the content
+};
+
+// Every regular file below `root`, by its path relative to it ('/' between names).
+using FileSnapshot = std::map<std::string, FileState>;
+
+FileSnapshot TakeFileSnapshot(const std::filesystem::path& root);
+
+// Appends one line per file written or removed, named as place_ref.h names files:
+//   + file user:"a.xml" (120 bytes)         a new file
+//   ~ file user:"a.xml" (130 bytes)         a file whose content changed
+//   - file user:"a.xml"                     a removed file
+void DiffFiles(const FileSnapshot& before, const FileSnapshot& after,
+               std::vector<std::string>& lines);
+
+}  // namespace loomsim

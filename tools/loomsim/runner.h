@@ -1,0 +1,35 @@
+// Running scenario files: each file is read and parsed whole first, then run statement by
+// statement in a fresh Scenario, and the run ends with the summary line.
+//
+// What counts: every expectation, and the reference check after every call, is one check
+// that passed or failed. A file that cannot be read, a statement that does not parse and
+// a statement that cannot be set up (a bad XUL block, a missing document) each count as
+// one failed check and stop their file (a file that does not parse runs not at all); the
+// next file still runs.
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tools/loomsim/library_call.h"
+#include "tools/loomsim/report.h"
+
+namespace loomsim {
+
+struct RunOptions {
+  bool quiet = false;
+  bool keep = false;  // keep each file's directory tree, and say where
+};
+
+// Runs one scenario, whose text is `text` and whose file is `file` (for the report and
+// for paths relative to it), counting into `report`.
+void RunScenario(ObjectFinder finder, const std::filesystem::path& file, std::string_view text,
+                 const RunOptions& options, Report& report);
+
+// Reads and runs every file in order, then prints the summary. True when no check failed.
+bool RunScenarioFiles(ObjectFinder finder, std::span<const std::filesystem::path> files,
+                      const RunOptions& options, std::ostream& out);
+
+}  // namespace loomsim

@@ -1,0 +1,108 @@
+// Host properties and the window's user and device settings trees.
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/settings.h"
+#include "tools/loomsim/grammar.h"
+#include "tools/loomsim/scenario.h"
+#include "tools/loomsim/settings_path.h"
+#include "tools/loomsim/text_values.h"
+#include "tools/loomsim/value_check.h"
+
+namespace loomsim {
+namespace {
+
+// Property keys are dotted names: loom.driver.name.
+constexpr std::string_view kKeyChars = ".";
+
+enum class Tree { kUser, kDevice };
+
+constexpr std::string_view TreeName(Tree tree) { return tree == Tree::kUser ? "user" : "device"; }
+
+Loom::Services::PersistentSettings& TreeOf(Scenario& scenario, Tree tree) {
+  refhost::Window& window = scenario.sheet().window();
+  return tree == Tree::kUser ? window.getSettings() : window.getDevSettings();
+}
+
+Parsed ParseProp(StatementInput& input) {
+  Cursor& cursor = input.cursor();
+  const std::string key = cursor.Name("a property key", kKeyChars);
+  cursor.Expect("=", "'=' and a quoted text");
+  const std::string value = cursor.Text("a quoted text");
+  return {"prop " + key + " = " + Quote(value),
+          [key, value](Scenario& scenario) { scenario.sheet().properties().set(key, value); }};
+}
+
+// Replaces the tree's content by the settings document in `path` (the host's settings
+// format), read by the tree's own loader. The tree keeps the backing store it had, so
+// nothing the library saves later goes back to the sample file.
+void LoadTree(Scenario& scenario, Tree tree, const std::string& path) {
+  Loom::Services::PersistentSettings& settings = TreeOf(scenario, tree);
+  const Loom::SmartPtr<Loom::Services::BackingStoreIO> kept = settings.getBackingStoreIO();
+  const std::filesystem::path file = scenario.directory() / path;
+  settings.setBackingStoreIO(Loom::SmartPtr<Loom::Services::BackingStoreIO>(
+      new Loom::Services::FileBackingStoreIO(Loom::File(Loom::wstring(HostPath(file))), 0, 1)));
+  const bool loaded = settings.loadSettings();
+  settings.setBackingStoreIO(kept);
+  if (!loaded) throw SetupError{"cannot load " + file.string() + " as a settings document"};
+}
+
+Parsed ParseValue(StatementInput& input, Tree tree) {
+  Cursor& cursor = input.cursor();
+  Cursor probe = cursor;
+  if (probe.Accept("file") && probe.AtText()) {
+    cursor = probe;
+    const std::string path = cursor.Text("a quoted path to a settings file");
+    return {std::string(TreeName(tree)) + " file " + Quote(path),
+            [tree, path](Scenario& scenario) { LoadTree(scenario, tree, path); }};
+  }
+  const std::vector<std::string> keys = ParseSettingsPath(cursor);
+  cursor.Expect("=", "'=' and a quoted text after the settings path");
+  const std::string value = cursor.Text("a quoted text");
+  return {std::string(TreeName(tree)) + " " + SettingsPathText(keys) + " = " + Quote(value),
+          [tree, keys, value](Scenario& scenario) {
+            Loom::Services::PersistentItem* item = &TreeOf(scenario, tree);
+            for (const std::string& key : keys) item = &(*item)[Loom::string(key)];
+            *item = Loom::string(value);
+          }};
+}
+
+Parsed ParseUser(StatementInput& input) { return ParseValue(input, Tree::kUser); }
+Parsed ParseDevice(StatementInput& input) { return ParseValue(input, Tree::kDevice); }
+
+Parsed ParseExpectation(StatementInput& input, Tree tree) {
+  Cursor& cursor = input.cursor();
+  const std::vector<std::string> keys = ParseSettingsPath(cursor);
+  const ValueExpectation expectation = ParseValueExpectation(cursor);
+  return {"expect " + std::string(TreeName(tree)) + " " + SettingsPathText(keys) + " " +
+              ValueExpectationText(expectation),
+          [tree, keys, expectation](Scenario& scenario) {
+            Loom::Services::PersistentItem* item = &TreeOf(scenario, tree);
+            for (const std::string& key : keys) {
+              if (item != nullptr) item = item->find(Loom::string(key));
+            }
+            CheckValue(scenario, expectation,
+                       item ? std::optional(std::string(Loom::string(*item))) : std::nullopt);
+          }};
+}
+
+Parsed ParseUserExpectation(StatementInput& input) { return ParseExpectation(input, Tree::kUser); }
+Parsed ParseDeviceExpectation(StatementInput& input) {
+  return ParseExpectation(input, Tree::kDevice);
+}
+
+constexpr StatementForm kForms[] = {
+    {"prop", "prop KEY = \"text\"", ParseProp},
+    {"user", "user PATH = \"text\"\nuser file \"path.xml\"", ParseUser},
+    {"device", "device PATH = \"text\"\ndevice file \"path.xml\"", ParseDevice},
+    {"expect user", "expect user PATH == \"text\"|absent|present", ParseUserExpectation},
+    {"expect device", "expect device PATH == \"text\"|absent|present", ParseDeviceExpectation},
+};
+
+}  // namespace
+
+extern const Facility kSettingsFacility{"settings", kForms, nullptr};
+
+}  // namespace loomsim
