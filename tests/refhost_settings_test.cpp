@@ -18,6 +18,7 @@
 #include "refhost/properties.h"
 #include "refhost/script_env.h"
 #include "refhost/text.h"
+#include "support/sheet_test.h"
 
 namespace {
 
@@ -26,18 +27,7 @@ using Loom::SmartPtr;
 using Loom::Services::FileBackingStoreIO;
 using Loom::Services::PersistentItem;
 using Loom::Services::PersistentSettings;
-
-// "key=value{children}" for every node, children comma-separated, so a whole tree
-// compares as one string.
-std::string Dump(PersistentItem& item) {
-  std::string out = std::string(item.key()) + "=" + std::string(Loom::string(item));
-  if (item.getNumChildren() == 0) return out;
-  out += "{";
-  for (std::size_t i = 0; i < item.getNumChildren(); ++i) {
-    out += (i ? "," : "") + Dump(item.childAt(i));
-  }
-  return out + "}";
-}
+using testing_support::Dump;
 
 std::string ReadText(const fs::path& path) {
   return refhost::ReadWholeFile(path).value_or("<none>");
