@@ -121,6 +121,29 @@ TEST(ParseTest, EveryFormReadsAndEchoesCanonically) {
       {"archive driver:\"ui.zip\" member \"factdef.xml\"", true,
        "archive driver:\"ui.zip\" member \"factdef.xml\" <<END"},
       {"uiarchive root:\"ui.zip\"", false, "uiarchive root:\"ui.zip\""},
+      {"drawer  7 media -3", false, "drawer 7 media -3"},
+      {"form \"Custom Paper Size 1\" 210000 +297000", false,
+       "form \"Custom Paper Size 1\" 210000 297000"},
+      {"printer \"K\\u00e9\"", false, "printer \"K\xC3\xA9\""},
+      {"port \"IP_10.0.0.1\"", false, "port \"IP_10.0.0.1\""},
+      {"shipment northamerica", false, "shipment northamerica"},
+      {"plugin \"Finishing Options\" enabled excludes \"Booklet\" pdl \"PS, PCLXL\" label \"F\"",
+       false,
+       "plugin \"Finishing Options\" enabled label \"F\" pdl \"PS,PCLXL\" excludes \"Booklet\""},
+      {"plugin \"Booklet\" disabled label \"Booklet\" pdl \"\"", false,
+       "plugin \"Booklet\" disabled"},
+      {"strings \"$IDS_X;\" = \"\\u00e9\"", false, "strings \"$IDS_X;\" = \"\xC3\xA9\""},
+      {"registry user \"Software\\Spindle\\Drv\" present", false,
+       "registry user \"Software\\Spindle\\Drv\" present"},
+      {"registryfail", false, "registryfail"},
+      {"netuser \"jsmith\"", false, "netuser \"jsmith\""},
+      {"settingsfile driver:\"kstfactdef.xml\"", true,
+       "settingsfile driver:\"kstfactdef.xml\" <<END"},
+      {"settingsfile user:\"a.xml\" file \"s/a.xml\"", false,
+       "settingsfile user:\"a.xml\" file \"s/a.xml\""},
+      {"expect registry user \"Software\" absent", false,
+       "expect registry user \"Software\" absent"},
+      {"expect user \"A B\"/C children==6", false, "expect user \"A B\"/C children == 6"},
       {"rule rul_Change", true, "rule rul_Change <<END"},
       {"call Math", false, "call Math"},
       {"call obj.abc()", false, "call obj.abc()"},
@@ -247,6 +270,29 @@ TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
        "expected has \"Member\" or lacks \"Member\", found \"holds \\\"M\\\"\""},
       {"expect refs even", false, "expected balanced, found \"even\""},
       {"rule", true, "expected a rule name, found the end of the line"},
+      {"drawer 8 media 9", false, "expected a drawer number from 1 to 7, found \"8 media 9\""},
+      {"drawer 1 9", false, "expected media CODE after the drawer number, found \"9\""},
+      {"form \"F\" 0 1", false,
+       "expected a form width in thousandths of a millimetre from 1 to 2147483647, found \"0 1\""},
+      {"printer \"\\xFF\"", false,
+       "expected the quoted driver name of a printer in UTF-8, found \"\\\"\\\\xFF\\\"\""},
+      {"shipment europe", false, "expected japan, northamerica or other, found \"europe\""},
+      {"plugin \"X\" on", false, "expected enabled or disabled, found \"on\""},
+      {"plugin \"X\" enabled label \"a\" label \"b\"", false,
+       "expected label \"text\", pdl \"A,B\" or excludes \"A,B\", each once, found \"label "
+       "\\\"b\\\"\""},
+      {"plugin \"X\" enabled pdl \"PS,,XPS\"", false,
+       "expected the quoted printer languages, joined by ',' with no empty name, found "
+       "\"\\\"PS,,XPS\\\"\""},
+      {"strings \"$A;B;\" = \"x\"", false,
+       "expected a quoted string reference \"$NAME;\", found \"\\\"$A;B;\\\" = \\\"x\\\"\""},
+      {"registry user \"Software\\\\Spindle\" present", false,
+       "expected a quoted registry key path: names joined by single '\\', no escapes, found "
+       "\"\\\"Software\\\\\\\\Spindle\\\" present\""},
+      {"expect registry machine \"A\" present", false,
+       "expected user (the current user's hive) and a quoted key path, found "
+       "\"machine \\\"A\\\" present\""},
+      {"expect user A children 3", false, "expected == N after children, found \"3\""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.written);
@@ -259,7 +305,9 @@ TEST(ParseTest, AnUnknownStatementListsWhatMayStandThere) {
   const std::string statement = ErrorOf("frobnicate x");
   EXPECT_TRUE(statement.starts_with("expected a statement: prop, user, device, expect, doc,"))
       << statement;
-  EXPECT_NE(statement.find(" uiarchive, rule, call"), std::string::npos) << statement;
+  for (const char* heads : {" uiarchive,", " rule, call"}) {
+    EXPECT_NE(statement.find(heads), std::string::npos) << statement;
+  }
   EXPECT_TRUE(statement.ends_with(", found \"frobnicate x\"")) << statement;
   for (const std::string_view written : {"expect resul true", "expect no scripts"}) {
     const std::string expectation = ErrorOf(written);

@@ -11,6 +11,7 @@
 #include "tools/loomsim/call_watch.h"
 #include "tools/loomsim/element_ref.h"
 #include "tools/loomsim/grammar.h"
+#include "tools/loomsim/integer_range.h"
 #include "tools/loomsim/library_call.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/text_values.h"
@@ -44,18 +45,6 @@ constexpr std::string_view kArgument =
     "an argument: document, a document name, #id, NAME#id, \"text\", int(N), intref(N), "
     "floatref(X), double(X), nulldoc, nullelem or kind(K)";
 
-// An integer from `low` to `high`, read from the cursor.
-std::int64_t IntegerIn(Cursor& cursor, std::int64_t low, std::int64_t high,
-                       const std::string& what) {
-  const std::string_view written = cursor.Rest();
-  const std::int64_t value = cursor.Integer(what);
-  if (value < low || value > high) {
-    throw ParseError(what + " from " + std::to_string(low) + " to " + std::to_string(high),
-                     std::string(written));
-  }
-  return value;
-}
-
 // The number inside NAME( ... ), with the text as written for the echo.
 CallArgument Wrapped(Cursor& cursor, const std::string& wrapper, CallArgument::Kind kind) {
   CallArgument argument{kind, {}};
@@ -64,9 +53,9 @@ CallArgument Wrapped(Cursor& cursor, const std::string& wrapper, CallArgument::K
     argument.number = cursor.Number("a number");
   } else if (kind == CallArgument::Kind::kRaw) {
     argument.integer =
-        IntegerIn(cursor, 0, std::numeric_limits<std::uint32_t>::max(), "an argument kind");
+        IntegerInRange(cursor, 0, std::numeric_limits<std::uint32_t>::max(), "an argument kind");
   } else {
-    argument.integer = IntegerIn(cursor, std::numeric_limits<std::int32_t>::min(),
+    argument.integer = IntegerInRange(cursor, std::numeric_limits<std::int32_t>::min(),
                                  std::numeric_limits<std::int32_t>::max(), "an integer");
   }
   const std::string_view written = before.substr(0, before.size() - cursor.Rest().size());

@@ -1,17 +1,41 @@
 #include "tools/loomsim/call_watch.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "refhost/document.h"
+#include "refhost/user_registry.h"
 #include "tools/loomsim/element_label.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/text_values.h"
 
 namespace loomsim {
+namespace {
+
+// Keys of the current user's registry hive that the call deleted ("-") or created ("+").
+void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string> after,
+                  std::vector<std::string>& lines) {
+  std::sort(before.begin(), before.end());
+  std::sort(after.begin(), after.end());
+  std::vector<std::u16string> gone, added;
+  std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                      std::back_inserter(gone));
+  std::set_difference(after.begin(), after.end(), before.begin(), before.end(),
+                      std::back_inserter(added));
+  // Written as the registry statements write paths: quoted, backslashes as they stand.
+  const auto path = [](const std::u16string& key) { return "\"" + NarrowText(key) + "\""; };
+  for (const auto& key : gone) lines.push_back("- registry user " + path(key));
+  for (const auto& key : added) lines.push_back("+ registry user " + path(key));
+}
+
+}  // namespace
 
 CallWatch::CallWatch(Scenario& scenario)
     : scenario_(scenario),
       user_(TakeSettingsSnapshot(scenario.sheet().window().getSettings())),
       device_(TakeSettingsSnapshot(scenario.sheet().window().getDevSettings())),
       files_(TakeFileSnapshot(scenario.sandbox().root())),
+      registryKeys_(refhost::userRegistryKeys()),
       scriptsBefore_(scenario.sheet().scriptEnv().statements().size()) {
   scenario_.messageBoxes().Take();  // boxes of earlier set-up are not this call's
   scenario_.StartNoting();
@@ -61,6 +85,7 @@ std::vector<std::string> CallWatch::Finish() {
   DiffSettings("user", user_, TakeSettingsSnapshot(window.getSettings()), lines);
   DiffSettings("device", device_, TakeSettingsSnapshot(window.getDevSettings()), lines);
   DiffFiles(files_, TakeFileSnapshot(scenario_.sandbox().root()), lines);
+  DiffRegistry(registryKeys_, refhost::userRegistryKeys(), lines);
 
   const auto& statements = scenario_.sheet().scriptEnv().statements();
   last.scripts.clear();

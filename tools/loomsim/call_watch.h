@@ -11,6 +11,7 @@
 //     (and whatever a facility notes through Scenario::NoteChange)
 //   settings values (settings_snapshot.h), user tree first, then the device tree
 //   files written or removed (file_snapshot.h)
+//   - registry user "Software\Spindle\Drv"             a registry key deleted (or + added)
 //   > printed "value 5\n"                                  the standard output
 //   ! message "text"                                       a message box
 //
@@ -50,6 +51,7 @@ class CallWatch final : public refhost::ChangeObserver {
   SettingsSnapshot user_;
   SettingsSnapshot device_;
   FileSnapshot files_;
+  std::vector<std::u16string> registryKeys_;
   std::size_t scriptsBefore_;
   bool watching_ = true;
   StdoutCapture capture_;  // last: starts after the snapshots are taken

@@ -13,11 +13,15 @@ extern const Facility kFileFacility;
 extern const Facility kScriptFacility;
 extern const Facility kCallFacility;
 extern const Facility kEffectFacility;
+extern const Facility kDeviceFacility;
+extern const Facility kSettingsFileFacility;
+extern const Facility kUserFacility;
+extern const Facility kPluginFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
-      kSettingsFacility, kDocumentFacility, kFileFacility,
-      kScriptFacility,   kCallFacility,     kEffectFacility,
+      kSettingsFacility, kDocumentFacility, kFileFacility,   kDeviceFacility, kSettingsFileFacility,
+      kUserFacility,     kPluginFacility,   kScriptFacility, kCallFacility,   kEffectFacility,
   };
   return kAll;
 }

@@ -72,17 +72,45 @@ Parsed ParseValue(StatementInput& input, Tree tree) {
 Parsed ParseUser(StatementInput& input) { return ParseValue(input, Tree::kUser); }
 Parsed ParseDevice(StatementInput& input) { return ParseValue(input, Tree::kDevice); }
 
+// The node at `keys`, or null. Looking creates nothing (operator[] would).
+Loom::Services::PersistentItem* FindNode(Scenario& scenario, Tree tree,
+                                         const std::vector<std::string>& keys) {
+  Loom::Services::PersistentItem* item = &TreeOf(scenario, tree);
+  for (const std::string& key : keys) {
+    if (item != nullptr) item = item->find(Loom::string(key));
+  }
+  return item;
+}
+
+// expect user TEMPLATE children == 6: a whole branch, by the keys directly below it.
+Parsed ParseChildCount(Cursor& cursor, Tree tree, const std::vector<std::string>& keys) {
+  cursor.Expect("==", "== N after children");
+  const std::string_view written = cursor.Rest();
+  const std::int64_t count = cursor.Integer("a number of children");
+  if (count < 0) throw ParseError("a number of children", std::string(written));
+  return {"expect " + std::string(TreeName(tree)) + " " + SettingsPathText(keys) +
+              " children == " + std::to_string(count),
+          [tree, keys, count](Scenario& scenario) {
+            Loom::Services::PersistentItem* node = FindNode(scenario, tree, keys);
+            if (node == nullptr) return scenario.Check(false, "absent");
+            std::string found = std::to_string(node->getNumChildren()) + " children";
+            for (std::size_t i = 0; i < node->getNumChildren(); ++i) {
+              found +=
+                  (i == 0 ? ": " : ", ") + SettingsPathText({std::string(node->childAt(i).key())});
+            }
+            scenario.Check(node->getNumChildren() == static_cast<std::size_t>(count), found);
+          }};
+}
+
 Parsed ParseExpectation(StatementInput& input, Tree tree) {
   Cursor& cursor = input.cursor();
   const std::vector<std::string> keys = ParseSettingsPath(cursor);
+  if (cursor.Accept("children")) return ParseChildCount(cursor, tree, keys);
   const ValueExpectation expectation = ParseValueExpectation(cursor);
   return {"expect " + std::string(TreeName(tree)) + " " + SettingsPathText(keys) + " " +
               ValueExpectationText(expectation),
           [tree, keys, expectation](Scenario& scenario) {
-            Loom::Services::PersistentItem* item = &TreeOf(scenario, tree);
-            for (const std::string& key : keys) {
-              if (item != nullptr) item = item->find(Loom::string(key));
-            }
+            Loom::Services::PersistentItem* item = FindNode(scenario, tree, keys);
             CheckValue(scenario, expectation,
                        item ? std::optional(std::string(Loom::string(*item))) : std::nullopt);
           }};
@@ -97,8 +125,11 @@ constexpr StatementForm kForms[] = {
     {"prop", "prop KEY = \"text\"", ParseProp},
     {"user", "user PATH = \"text\"\nuser file \"path.xml\"", ParseUser},
     {"device", "device PATH = \"text\"\ndevice file \"path.xml\"", ParseDevice},
-    {"expect user", "expect user PATH == \"text\"|absent|present", ParseUserExpectation},
-    {"expect device", "expect device PATH == \"text\"|absent|present", ParseDeviceExpectation},
+    {"expect user", "expect user PATH == \"text\"|absent|present\nexpect user PATH children == N",
+     ParseUserExpectation},
+    {"expect device",
+     "expect device PATH == \"text\"|absent|present\nexpect device PATH children == N",
+     ParseDeviceExpectation},
 };
 
 }  // namespace
