@@ -2,6 +2,7 @@
 // clampMultiple's arithmetic exactly as scripts rely on it.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <stdexcept>
 
 #include "core/spindleui.h"
@@ -54,6 +55,8 @@ TEST_F(MathTest, RoundReadsEveryNumberKindWithHalvesGoingUp) {
       {"double -2.6", refhost::Args().real(-2.6), u"-3"},
       {"double out of range", refhost::Args().real(1e10), u"-2147483648"},
       {"double max int", refhost::Args().real(2147483647.0), u"2147483647"},
+      {"negative half to zero", refhost::Args().real(-0.5), u"0"},
+      {"not a number", refhost::Args().real(std::nan("")), u"-2147483648"},
       {"float by address", refhost::Args().floatRef(2.5f), u"3"},
       {"integer by address", refhost::Args().integerRef(-7), u"-7"},
   };
@@ -75,6 +78,14 @@ TEST_F(MathTest, UnreadableNumbersAnswerFalseAndWriteNothing) {
     EXPECT_FALSE(
         Call("Math", "clampMultiple", refhost::Args().document(doc_.get()).real(7).raw(kind, 0)))
         << kind;
+    EXPECT_EQ(OutParam(), u"unset") << kind;
+  }
+}
+
+TEST_F(MathTest, RecordsWithoutAnAddressAnswerFalse) {
+  for (std::uint32_t kind : {Loom::kArgInteger, Loom::kArgString, Loom::kArgFloat}) {
+    ResetOutParam();
+    EXPECT_FALSE(Call("Math", "round", refhost::Args().document(doc_.get()).raw(kind, 0))) << kind;
     EXPECT_EQ(OutParam(), u"unset") << kind;
   }
 }
