@@ -1,3 +1,7 @@
 #include "core/util.h"
 
-bool xUtil::call(const char*, int, xarg_entry*, xarg_entry*) { return false; }
+#include "core/dispatch.h"
+
+bool xUtil::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
+  return spindle::Dispatch<xUtil>(*this, {}, false, method, argc, args);
+}

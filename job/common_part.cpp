@@ -1,3 +1,7 @@
 #include "job/common_part.h"
 
-bool xCommonPart::call(const char*, int, xarg_entry*, xarg_entry*) { return false; }
+#include "core/dispatch.h"
+
+bool xCommonPart::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
+  return spindle::Dispatch<xCommonPart>(*this, {}, false, method, argc, args);
+}

@@ -1,3 +1,7 @@
 #include "job/customisation.h"
 
-bool xCustomisation::call(const char*, int, xarg_entry*, xarg_entry*) { return false; }
+#include "core/dispatch.h"
+
+bool xCustomisation::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
+  return spindle::Dispatch<xCustomisation>(*this, {}, false, method, argc, args);
+}

@@ -1,6 +1,8 @@
 #include "job/gui_settings.h"
 
-bool xGuiSettings::call(const char*, int, xarg_entry*, xarg_entry*) {
+#include "core/dispatch.h"
+
+bool xGuiSettings::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
   // Every tab calls this toolbox without looking at the answer: every call is answered true.
-  return true;
+  return spindle::Dispatch<xGuiSettings>(*this, {}, true, method, argc, args);
 }

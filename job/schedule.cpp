@@ -1,6 +1,8 @@
 #include "job/schedule.h"
 
-bool xSchedule::call(const char*, int, xarg_entry*, xarg_entry*) {
+#include "core/dispatch.h"
+
+bool xSchedule::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
   // The schedule dialog's scripts never look at the answer: every call is answered true.
-  return true;
+  return spindle::Dispatch<xSchedule>(*this, {}, true, method, argc, args);
 }

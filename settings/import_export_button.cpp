@@ -1,3 +1,7 @@
 #include "settings/import_export_button.h"
 
-bool xImportExportButton::call(const char*, int, xarg_entry*, xarg_entry*) { return false; }
+#include "core/dispatch.h"
+
+bool xImportExportButton::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
+  return spindle::Dispatch<xImportExportButton>(*this, {}, false, method, argc, args);
+}

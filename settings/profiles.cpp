@@ -1,3 +1,7 @@
 #include "settings/profiles.h"
 
-bool xProfiles::call(const char*, int, xarg_entry*, xarg_entry*) { return false; }
+#include "core/dispatch.h"
+
+bool xProfiles::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {
+  return spindle::Dispatch<xProfiles>(*this, {}, false, method, argc, args);
+}
