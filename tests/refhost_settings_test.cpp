@@ -6,12 +6,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/settings.h"
-#include "refhost/accounting.h"
 #include "refhost/backing_store.h"
 #include "refhost/dom.h"
 #include "refhost/file_io.h"
@@ -35,19 +34,16 @@ std::string ReadText(const fs::path& path) {
 
 void WriteText(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
 
-class RefhostSettingsTest : public ::testing::Test {
+class RefhostSettingsTest : public testing_support::HostTest {
  protected:
   void SetUp() override {
-    baseline_ = refhost::heldReferences();
-    dir_ = fs::temp_directory_path() /
-           ("refhost_settings_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    HostTest::SetUp();
     fs::remove_all(dir_);
     fs::create_directories(dir_);
   }
   void TearDown() override {
     fs::remove_all(dir_);
-    EXPECT_EQ(refhost::heldReferences(), baseline_) << "references still held";
+    HostTest::TearDown();
   }
 
   Loom::File HostFile(const std::string& name) const {
@@ -72,99 +68,62 @@ class RefhostSettingsTest : public ::testing::Test {
     root["B"] = "2";
     root["C"]["C1"] = "z";
   }
+  static constexpr char kFilled[] = "={A=1{A1=x,A2=y},B=2,C={C1=z}}";
 
-  long baseline_ = 0;
-  fs::path dir_;
+  const fs::path dir_ =
+      fs::temp_directory_path() / ("refhost_settings_" + std::to_string(getpid()));
 };
 
-TEST_F(RefhostSettingsTest, RevertRestoresValuesNodesAndOrderExactly) {
-  struct Case {
-    const char* name;
-    const char* marked;  // key of the marked branch; nullptr marks the root
-    std::function<void(PersistentItem&)> change;
-    const char* after_revert;
-  };
-  const char* const kFilled = "={A=1{A1=x,A2=y},B=2,C={C1=z}}";
-  const std::vector<Case> cases = {
-      {"value", nullptr, [](PersistentItem& r) { r["B"] = "changed"; }, kFilled},
-      {"added", nullptr,
-       [](PersistentItem& r) {
-         r["A"]["A3"] = "new";
-         r["D"];
-       },
-       kFilled},
-      {"removed", nullptr, [](PersistentItem& r) { r.remove("A"); }, kFilled},
-      {"reordered", nullptr,
-       [](PersistentItem& r) {
-         r.remove("A");
-         r["A"] = "1";
-       },
-       kFilled},
-      {"root value", nullptr, [](PersistentItem& r) { r = "rootval"; }, kFilled},
-      {"branch only", "A",
-       [](PersistentItem& r) {
-         r["A"].remove("A1");
-         r["A"] = "9";
-         r["B"] = "kept";
-       },
-       "={A=1{A1=x,A2=y},B=kept,C={C1=z}}"},
-      {"branch removed", "C",
-       [](PersistentItem& r) {
-         r.remove("C");
-         r["C"] = "other";
-       },
-       "={A=1{A1=x,A2=y},B=2,C={C1=z}}"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    PersistentSettings tree;
-    Fill(tree);
-    ASSERT_EQ(Dump(tree), kFilled);
-    PersistentItem& marked = c.marked ? tree[c.marked] : tree;
-    const std::string before = Dump(tree);
-    marked.mark();
-    c.change(tree);
-    ASSERT_NE(Dump(tree), before);
-    (c.marked ? tree[c.marked] : tree).revert();
-    EXPECT_EQ(Dump(tree), c.after_revert);
-    // The revert dropped the mark: a second one changes nothing.
-    tree["B"] = "after";
-    tree.revert();
-    EXPECT_EQ(Loom::string(tree["B"]), "after");
-  }
-}
-
-TEST_F(RefhostSettingsTest, KeepMakesChangesFinalAndRemarkReplaces) {
+TEST_F(RefhostSettingsTest, MarkKeepAndRevertWorkByPath) {
   PersistentSettings tree;
   Fill(tree);
+  tree.mark();
+  // Values (the root's too) changed, nodes added, a branch removed and put back last.
+  tree = "rootval";
+  tree["B"] = "changed";
+  tree["C"]["C2"] = "new";
+  tree["D"];
+  tree.remove("A");
+  tree["A"] = "1";
+  tree.revert();
+  EXPECT_EQ(Dump(tree), kFilled);
+  tree["B"] = "after";
+  tree.revert();
+  EXPECT_EQ(Loom::string(tree["B"]), "after") << "the revert dropped the mark";
+
+  // Only the marked branches go back; a mark belongs to the path, not to the node removed.
+  tree["A"].mark();
+  tree["C"].mark();
+  tree["A"].remove("A1");
+  tree["A"] = "9";
+  tree.remove("C");
+  tree["C"] = "other";
+  tree["A"].revert();
+  tree["C"].revert();
+  EXPECT_EQ(Dump(tree), "={A=1{A1=x,A2=y},B=after,C={C1=z}}");
+
   tree.mark();
   tree["B"] = "3";
   tree.keep();
   tree.revert();
-  EXPECT_EQ(Loom::string(tree["B"]), "3");
-
+  EXPECT_EQ(Loom::string(tree["B"]), "3") << "kept";
   tree.mark();
   tree["B"] = "4";
   tree.mark();
   tree["B"] = "5";
   tree.revert();
-  EXPECT_EQ(Loom::string(tree["B"]), "4");
-}
+  EXPECT_EQ(Loom::string(tree["B"]), "4") << "a second mark replaces the first";
 
-TEST_F(RefhostSettingsTest, BranchMarkOutlivesReload) {
   // What a factory reset does: mark the user's branch, load the factory file, revert it.
   SmartPtr<refhost::MemoryBackingStore> factory(new refhost::MemoryBackingStore());
   ASSERT_TRUE(factory->setXml(
-      R"(<settings><item key="B" value="factory"/><item key="TEMPLATE" value="f"/></settings>)"));
-  PersistentSettings tree;
-  Fill(tree);
-  tree["TEMPLATE"]["TEMPLATE_BUTTON_1"] = "Draft";
-  tree["TEMPLATE"].mark();
+      R"(<settings><item key="B" value="factory"/><item key="A" value="f"/></settings>)"));
+  tree["A"].mark();
   tree.setBackingStoreIO(factory);
   ASSERT_TRUE(tree.loadSettings());
-  EXPECT_EQ(Dump(tree), "={B=factory,TEMPLATE=f}");
-  tree["TEMPLATE"].revert();
-  EXPECT_EQ(Dump(tree), "={B=factory,TEMPLATE={TEMPLATE_BUTTON_1=Draft}}");
+  EXPECT_EQ(Dump(tree), "={B=factory,A=f}");
+  tree["A"].revert();
+  EXPECT_EQ(Dump(tree), "={B=factory,A=1{A1=x,A2=y}}");
 }
 
 TEST_F(RefhostSettingsTest, IndexCreatesLastFindAndRemoveDoNot) {
@@ -181,24 +140,7 @@ TEST_F(RefhostSettingsTest, IndexCreatesLastFindAndRemoveDoNot) {
   EXPECT_THROW(tree.childAt(3), std::out_of_range);
 }
 
-TEST_F(RefhostSettingsTest, FileRoundTripKeepsAnyKeyAndValue) {
-  PersistentSettings tree;
-  tree = "root value";
-  tree["Custom Paper Size"]["a/b\\c"] = "q\"uo'te <&>";
-  tree["Temporary Profile"]["Grüße 日本"] = "ñ\ttab\nline";
-  tree["empty"]["  "] = "";
-  tree[""] = "empty key";
-  tree.setBackingStoreIO(FileStore("conf.xml", 1, 0));
-  ASSERT_TRUE(tree.saveSettings());
-
-  PersistentSettings loaded;
-  loaded.setBackingStoreIO(FileStore("conf.xml", 0, 1));
-  ASSERT_TRUE(loaded.loadSettings());
-  EXPECT_EQ(Dump(loaded), Dump(tree));
-  EXPECT_EQ(Loom::string(loaded), "root value");
-}
-
-TEST_F(RefhostSettingsTest, SettingsFileFormat) {
+TEST_F(RefhostSettingsTest, SettingsFileFormatAndRoundTrip) {
   PersistentSettings tree;
   tree["TEMPLATE"]["TEMPLATE_BUTTON_1"] = "Draft";
   tree["TEMPLATE"]["TEMPLATE_BUTTON_2"];
@@ -212,37 +154,44 @@ TEST_F(RefhostSettingsTest, SettingsFileFormat) {
             "    <item key=\"TEMPLATE_BUTTON_2\" />\n"
             "  </item>\n"
             "</settings>\n");
+
+  // Any key and value come back as they were, the root's value included.
+  tree = "root value";
+  tree["Custom Paper Size"]["a/b\\c"] = "q\"uo'te <&>";
+  tree["Temporary Profile"]["Grüße 日本"] = "ñ\ttab\nline";
+  tree["empty"]["  "] = "";
+  tree[""] = "empty key";
+  ASSERT_TRUE(tree.saveSettings());
+  PersistentSettings loaded;
+  loaded.setBackingStoreIO(FileStore("conf.xml", 0, 1));
+  ASSERT_TRUE(loaded.loadSettings());
+  EXPECT_EQ(Dump(loaded), Dump(tree));
 }
 
 TEST_F(RefhostSettingsTest, FileStoreFlags) {
-  struct Case {
-    const char* name;
+  const struct {
     int createMissing;
     int readOnly;
-    bool file_exists;
+    bool fileExists;
     bool written;
-  };
-  constexpr Case kCases[] = {
-      {"existing file", 0, 0, true, true},       {"missing, no create", 0, 0, false, false},
-      {"missing, create", 1, 0, false, true},    {"read-only existing", 0, 1, true, false},
-      {"read-only, create", 1, 1, false, false},
+  } kCases[] = {
+      {0, 0, true, true},  {0, 0, false, false}, {1, 0, false, true},
+      {0, 1, true, false}, {1, 1, false, false},
   };
   const std::string kOld = "<settings><item key=\"old\"/></settings>";
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.name);
+  const std::string kNew =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<settings>\n  <item key=\"new\" value=\"1\" "
+      "/>\n</settings>\n";
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(testing::Message() << c.createMissing << c.readOnly << c.fileExists);
     fs::remove(dir_ / "s.xml");
-    if (c.file_exists) WriteText(dir_ / "s.xml", kOld);
+    if (c.fileExists) WriteText(dir_ / "s.xml", kOld);
     PersistentSettings tree;
     tree["new"] = "1";
     tree.setBackingStoreIO(FileStore("s.xml", c.createMissing, c.readOnly));
     EXPECT_EQ(tree.saveSettings(), c.written);
-    const std::string unchanged = c.file_exists ? kOld : "<none>";
-    EXPECT_EQ(ReadText(dir_ / "s.xml").find("key=\"new\" value=\"1\"") != std::string::npos,
-              c.written);
-    if (!c.written) {
-      EXPECT_EQ(ReadText(dir_ / "s.xml"), unchanged);
-    }
-    EXPECT_EQ(DirEntries().size(), fs::exists(dir_ / "s.xml") ? 1u : 0u);
+    EXPECT_EQ(ReadText(dir_ / "s.xml"), c.written ? kNew : c.fileExists ? kOld : "<none>");
+    EXPECT_EQ(DirEntries().size(), fs::exists(dir_ / "s.xml") ? 1u : 0u) << "nothing else left";
   }
 }
 
@@ -283,7 +232,7 @@ TEST_F(RefhostSettingsTest, FailedLoadKeepsTree) {
     Fill(tree);
     tree.setBackingStoreIO(stores[i]);
     EXPECT_FALSE(tree.loadSettings());
-    EXPECT_EQ(Dump(tree), "={A=1{A1=x,A2=y},B=2,C={C1=z}}");
+    EXPECT_EQ(Dump(tree), kFilled);
   }
   PersistentSettings tree;
   tree.setBackingStoreIO(failing);  // the failure was used up
@@ -291,29 +240,31 @@ TEST_F(RefhostSettingsTest, FailedLoadKeepsTree) {
   EXPECT_EQ(Dump(tree), "={x=}");
 }
 
+// The stored product code names "KESTREL C750" by model or by driver name.
 TEST_F(RefhostSettingsTest, ConfigValidForPrinterOfItsModel) {
-  struct Case {
-    const char* product;      // items under PRODUCTCODE
-    const char* driver_name;  // nullptr: property not set
+  const struct {
+    const char* key;      // of the product code's item; nullptr: an empty product code
+    const char* printer;  // loom.driver.name; nullptr: not set
     bool valid;
+  } kCases[] = {
+      {nullptr, nullptr, true},
+      {"ModelName", "KESTREL C750", true},
+      {"ModelName", "KESTREL C750 PCL6", true},
+      {"ModelName", "KESTREL C7500", false},
+      {"ModelName", "kestrel c750", false},
+      {"ModelName", nullptr, false},
+      {"DriverName", "KESTREL C750", true},
+      {"DriverName", "KESTREL C750 PS", false},
   };
-  const Case kCases[] = {
-      {"", nullptr, true},
-      {R"(<item key="ModelName" value="KESTREL C750"/>)", "KESTREL C750", true},
-      {R"(<item key="ModelName" value="KESTREL C750"/>)", "KESTREL C750 PCL6", true},
-      {R"(<item key="ModelName" value="KESTREL C750"/>)", "KESTREL C7500", false},
-      {R"(<item key="ModelName" value="KESTREL C750"/>)", "kestrel c750", false},
-      {R"(<item key="ModelName" value="KESTREL C750"/>)", nullptr, false},
-      {R"(<item key="DriverName" value="KESTREL C750 PS"/>)", "KESTREL C750 PS", true},
-      {R"(<item key="DriverName" value="KESTREL C750 PS"/>)", "KESTREL C750 PCL6", false},
-  };
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(std::string(c.product) + " / " + (c.driver_name ? c.driver_name : "unset"));
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(std::string(c.key ? c.key : "none") + " / " + (c.printer ? c.printer : "unset"));
+    const std::string item =
+        c.key ? std::string("<item key=\"") + c.key + "\" value=\"KESTREL C750\"/>" : "";
     SmartPtr<refhost::MemoryBackingStore> store(new refhost::MemoryBackingStore());
-    ASSERT_TRUE(store->setXml(std::string("<settings><item key=\"PRODUCTCODE\">") + c.product +
-                              "</item></settings>"));
+    ASSERT_TRUE(
+        store->setXml("<settings><item key=\"PRODUCTCODE\">" + item + "</item></settings>"));
     SmartPtr<refhost::Properties> properties(new refhost::Properties());
-    if (c.driver_name) properties->set("loom.driver.name", c.driver_name);
+    if (c.printer) properties->set("loom.driver.name", c.printer);
     PersistentSettings tree;
     tree.setBackingStoreIO(store);
     EXPECT_EQ(tree.isXMLConfigValid(*properties), c.valid);
@@ -378,17 +329,13 @@ TEST_F(RefhostSettingsTest, FilesAcceptBothSeparators) {
 }
 
 TEST_F(RefhostSettingsTest, PropertiesGetInt) {
-  struct Case {
-    const char* value;
-    int expected;
-  };
-  constexpr Case kCases[] = {{"600", 600}, {"-3", -3},      {" 42", 42},
-                             {"+7", 7},    {"600dpi", 600}, {"abc", 0},
-                             {"", 0},      {"+-1", 0},      {"99999999999", 0}};
+  constexpr std::pair<const char*, int> kCases[] = {
+      {"600", 600}, {"-3", -3}, {" 42", 42}, {"+7", 7},         {"600dpi", 600},
+      {"abc", 0},   {"", 0},    {"+-1", 0},  {"99999999999", 0}};
   SmartPtr<refhost::Properties> properties(new refhost::Properties());
-  for (const Case& c : kCases) {
-    properties->set("n", c.value);
-    EXPECT_EQ(properties->getInt("n"), c.expected) << c.value;
+  for (const auto& [value, expected] : kCases) {
+    properties->set("n", value);
+    EXPECT_EQ(properties->getInt("n"), expected) << value;
   }
   properties->set("loom.driver.name", "KESTREL Ü");
   EXPECT_EQ(properties->getString("loom.driver.name"), u"KESTREL Ü");
@@ -399,12 +346,7 @@ TEST_F(RefhostSettingsTest, PropertiesGetInt) {
 }
 
 TEST_F(RefhostSettingsTest, ScriptStatementsSplitAndRecorded) {
-  struct Case {
-    const char* text;
-    std::vector<std::string> statements;
-  };
-  const Case kCases[] = {
-      {"rule rul_ChangePrintJob;", {"rule rul_ChangePrintJob;"}},
+  const std::pair<const char*, std::vector<std::string>> kCases[] = {
       {" call ovlprint.loadOvlName(document);\n rule rul_MultiOverlayEnable; ",
        {"call ovlprint.loadOvlName(document);", "rule rul_MultiOverlayEnable;"}},
       {"call x.f(document, m, ';');", {"call x.f(document, m, ';');"}},
@@ -412,7 +354,9 @@ TEST_F(RefhostSettingsTest, ScriptStatementsSplitAndRecorded) {
       {" ; ;\n\t", {}},
       {"restoreDefaults(document)", {"restoreDefaults(document)"}},
   };
-  for (const Case& c : kCases) EXPECT_EQ(refhost::SplitStatements(c.text), c.statements) << c.text;
+  for (const auto& [text, statements] : kCases) {
+    EXPECT_EQ(refhost::SplitStatements(text), statements) << text;
+  }
 
   SmartPtr<refhost::ScriptEnvironment> env(new refhost::ScriptEnvironment());
   EXPECT_TRUE(env->doString("a(); b();", "<src>", nullptr));

