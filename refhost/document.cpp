@@ -38,12 +38,6 @@ std::u16string Wide(std::string_view utf8) {
   return std::u16string(std::u16string_view(Utf16(utf8)));
 }
 
-int LineAt(std::string_view text, std::ptrdiff_t offset) {
-  const auto end = text.begin() +
-                   std::clamp<std::ptrdiff_t>(offset, 0, static_cast<std::ptrdiff_t>(text.size()));
-  return 1 + static_cast<int>(std::count(text.begin(), end, '\n'));
-}
-
 // Null when the host is out of memory; the caller holds the element at once.
 Element* NewElement(std::u16string_view tag, const std::shared_ptr<DocumentAnchor>& anchor) {
   return new Element(std::u16string(tag), anchor);

@@ -87,11 +87,6 @@ Loom::SmartPtr<Loom::Dom::Node> DomNode::clone() const {
 
 namespace {
 
-int LineAt(std::string_view text, std::size_t offset) {
-  offset = std::min(offset, text.size());
-  return 1 + static_cast<int>(std::count(text.begin(), text.begin() + offset, '\n'));
-}
-
 // Null when the host runs out of memory on the way.
 Loom::SmartPtr<Loom::Dom::Node> FromPugi(const pugi::xml_node& element) {
   Loom::SmartPtr<Loom::Dom::Node> node = Loom::Dom::createNode(Utf16(element.name()));
@@ -139,14 +134,14 @@ Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* erro
   const auto invalid = utf8::find_invalid(xml.begin(), xml.end());
   if (invalid != xml.end()) {
     Report(error, line, "invalid UTF-8",
-           LineAt(xml, static_cast<std::size_t>(invalid - xml.begin())));
+           LineAt(xml, invalid - xml.begin()));
     return nullptr;
   }
   pugi::xml_document document;
   const pugi::xml_parse_result result =
       document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
   if (!result) {
-    Report(error, line, result.description(), LineAt(xml, static_cast<std::size_t>(result.offset)));
+    Report(error, line, result.description(), LineAt(xml, result.offset));
     return nullptr;
   }
   Loom::SmartPtr<Loom::Dom::Node> root = FromPugi(document.document_element());

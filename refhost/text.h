@@ -5,6 +5,8 @@
 // library's own conversions do.
 #pragma once
 
+#include <cstddef>
+
 #include <string>
 #include <string_view>
 
@@ -16,5 +18,9 @@ namespace refhost {
 std::string Utf8(std::u16string_view text);
 // UTF-8 text as a host wide string.
 Loom::wstring Utf16(std::string_view text);
+
+// The 1-based line of `text` on which the byte at `offset` stands (offsets outside the
+// text are held to its ends): where a parser's error offset points.
+int LineAt(std::string_view text, std::ptrdiff_t offset);
 
 }  // namespace refhost
