@@ -133,8 +133,7 @@ Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* erro
   // from the UTF-16 conversion of a name or value.
   const auto invalid = utf8::find_invalid(xml.begin(), xml.end());
   if (invalid != xml.end()) {
-    Report(error, line, "invalid UTF-8",
-           LineAt(xml, invalid - xml.begin()));
+    Report(error, line, "invalid UTF-8", LineAt(xml, invalid - xml.begin()));
     return nullptr;
   }
   pugi::xml_document document;
