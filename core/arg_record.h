@@ -15,9 +15,7 @@ inline std::int32_t InlineInteger(const xarg_entry& record) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(record.value));
 }
 
-inline double InlineDouble(const xarg_entry& record) {
-  return std::bit_cast<double>(record.value);
-}
+inline double InlineDouble(const xarg_entry& record) { return std::bit_cast<double>(record.value); }
 
 template <class T>
 T* PointerIn(const xarg_entry& record) {

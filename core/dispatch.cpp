@@ -17,8 +17,8 @@ bool KindMatches(std::uint32_t wanted, const xarg_entry& record) {
 
 bool Matches(const Signature& signature, const char* method, int argc, const xarg_entry* args) {
   if (method == nullptr || std::strcmp(method, signature.name) != 0) return false;
-  const bool countMatches = signature.count == Count::kExactly ? argc == signature.argc
-                                                               : argc >= signature.argc;
+  const bool countMatches =
+      signature.count == Count::kExactly ? argc == signature.argc : argc >= signature.argc;
   if (!countMatches || (argc > 0 && args == nullptr)) return false;
   for (int i = 0; i < argc && i < kMaxTypedArgs; ++i) {
     if (!KindMatches(signature.kinds[i], args[i])) return false;

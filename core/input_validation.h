@@ -1,5 +1,5 @@
-// "inputValidation" (xInputValidation): Checks edit fields while the user types and when a field is left, correcting the text
-// in place against the bounds the field itself carries.
+// "inputValidation" (xInputValidation): Checks edit fields while the user types and when a field is
+// left, correcting the text in place against the bounds the field itself carries.
 #pragma once
 
 #include "host/xclass.h"

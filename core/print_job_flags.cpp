@@ -67,7 +67,8 @@ void getPrintJobFlagByAccoutSettings(bool universal, bool userAuthentication,
   bool* const flags[] = {&paper, &privatePrint, &hold, &proof, &schedule, &box};
   for (const FlagRow& row : kFlagRows) {
     if (!RowMatches(row, userAuthentication, privateRestriction, holdRestriction)) continue;
-    for (std::size_t i = 0; i < row.outputs.size(); ++i) Apply(row.outputs[i], universal, *flags[i]);
+    for (std::size_t i = 0; i < row.outputs.size(); ++i)
+      Apply(row.outputs[i], universal, *flags[i]);
     return;
   }
 }

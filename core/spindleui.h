@@ -28,7 +28,6 @@ SPINDLE_EXPORT void copyMenulistItems(Loom::wstring targetId, Loom::wstring sour
 // authentication, private restriction, hold restriction) into (paper, private, hold,
 // proof, schedule, box). Outputs a combination does not decide keep the caller's values.
 SPINDLE_EXPORT void getPrintJobFlagByAccoutSettings(bool universal, bool userAuthentication,
-                                                    bool privateRestriction,
-                                                    bool holdRestriction, bool& paper,
-                                                    bool& privatePrint, bool& hold,
+                                                    bool privateRestriction, bool holdRestriction,
+                                                    bool& paper, bool& privatePrint, bool& hold,
                                                     bool& proof, bool& schedule, bool& box);

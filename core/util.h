@@ -1,6 +1,6 @@
-// "xul_utils" (xUtil): Facts about the installed printer and driver for the pages (product type, printer
-// language, technology, finisher, port type, market, control-panel mode), list helpers,
-// a file browser, a per-page GUI state store and the host's string encryption.
+// "xul_utils" (xUtil): Facts about the installed printer and driver for the pages (product type,
+// printer language, technology, finisher, port type, market, control-panel mode), list helpers, a
+// file browser, a per-page GUI state store and the host's string encryption.
 #pragma once
 
 #include "host/xclass.h"

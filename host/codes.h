@@ -48,18 +48,18 @@ enum ElementType : int {
 // Attribute codes (xXULElem::getAttr / setAttr). The same attribute is reachable by
 // name through getAttribute / setAttribute.
 enum AttrCode : int {
-  kAttrChecked = 39,        // "checked": "true" / "false"
-  kAttrDecimalPlaces = 67,  // "decimalplaces": decimal text
-  kAttrDisabled = 77,       // "disabled": "true" / "false"
-  kAttrHidden = 111,        // "hidden": "true" when hidden
-  kAttrId = 120,            // "id"
-  kAttrLabel = 140,         // "label": an item's visible text
-  kAttrMax = 146,           // "max": decimal text
-  kAttrMin = 155,           // "min": decimal text
-  kAttrCommand = 181,       // "oncommand": a list's command script
-  kAttrSelected = 256,      // "selected": an item's selected flag, "true" / "false"
-  kAttrSelectedIndex = 257, // "selectedIndex": a list's selected position, decimal
-  kAttrValue = 299,         // "value"
+  kAttrChecked = 39,         // "checked": "true" / "false"
+  kAttrDecimalPlaces = 67,   // "decimalplaces": decimal text
+  kAttrDisabled = 77,        // "disabled": "true" / "false"
+  kAttrHidden = 111,         // "hidden": "true" when hidden
+  kAttrId = 120,             // "id"
+  kAttrLabel = 140,          // "label": an item's visible text
+  kAttrMax = 146,            // "max": decimal text
+  kAttrMin = 155,            // "min": decimal text
+  kAttrCommand = 181,        // "oncommand": a list's command script
+  kAttrSelected = 256,       // "selected": an item's selected flag, "true" / "false"
+  kAttrSelectedIndex = 257,  // "selectedIndex": a list's selected position, decimal
+  kAttrValue = 299,          // "value"
 };
 
 // Search mode of xXULDoc::findElement / takeFoundElement: the whole document, with

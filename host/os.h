@@ -28,8 +28,8 @@ bool setFormSize(PrinterHandle printer, const wstring& formName, const FormSize&
 bool deleteUserRegistryKey(const wstring& keyPath);
 
 // RegOpenKeyExA / RegQueryValueExA of a printer's REG_MULTI_SZ value.
-bool readPrinterMultiString(const wstring& printerName, const wstring& key,
-                            const wstring& value, vector<wstring>& out);
+bool readPrinterMultiString(const wstring& printerName, const wstring& key, const wstring& value,
+                            vector<wstring>& out);
 
 // GetOpenFileNameW / GetSaveFileNameW.
 enum class FileDialogKind { kOpen, kSave };

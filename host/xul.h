@@ -112,8 +112,7 @@ class xXULDoc : public RefCount {
 
   // Replaces the items of the menu list `list` by one item per child of `branch`: the
   // child's key as value, its "label" (resolved through the string table) as label.
-  virtual bool genMenuListFromPersistentItem(xXULElem* list,
-                                             Services::PersistentItem& branch) = 0;
+  virtual bool genMenuListFromPersistentItem(xXULElem* list, Services::PersistentItem& branch) = 0;
 };
 
 // A document of a property sheet page, which can go back to its shipped defaults.

@@ -1,5 +1,5 @@
-// "xcompart" (xCommonPart): Keeps the basic tab's job type list consistent with the device's account and option
-// settings, and loads the private print password from the per-printer file.
+// "xcompart" (xCommonPart): Keeps the basic tab's job type list consistent with the device's
+// account and option settings, and loads the private print password from the per-printer file.
 #pragma once
 
 #include "host/xclass.h"

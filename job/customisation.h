@@ -1,5 +1,5 @@
-// "customisation" (xCustomisation): The customisation dialog: UI language and the driver's plug-ins, with their exclusions,
-// output-language support and factory selection.
+// "customisation" (xCustomisation): The customisation dialog: UI language and the driver's
+// plug-ins, with their exclusions, output-language support and factory selection.
 #pragma once
 
 #include "host/xclass.h"

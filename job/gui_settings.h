@@ -1,5 +1,5 @@
-// "xulguisettings" (xGuiSettings): The UI's toolbox for document state: restoring defaults, copying and converting values
-// between documents, and the administrator and control-panel modes.
+// "xulguisettings" (xGuiSettings): The UI's toolbox for document state: restoring defaults, copying
+// and converting values between documents, and the administrator and control-panel modes.
 #pragma once
 
 #include "host/xclass.h"

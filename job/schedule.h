@@ -1,5 +1,5 @@
-// "schedule" (xSchedule): Converts the schedule print dialog's date and time between the edited, stored and
-// shown forms, and tells whether a schedule time has passed.
+// "schedule" (xSchedule): Converts the schedule print dialog's date and time between the edited,
+// stored and shown forms, and tells whether a schedule time has passed.
 #pragma once
 
 #include "host/xclass.h"

@@ -1,5 +1,5 @@
-// "bookletDetail" (xBookletDetail): The booklet details. It has no script methods in this library: every
-// call is answered false.
+// "bookletDetail" (xBookletDetail): The booklet details. It has no script methods in this library:
+// every call is answered false.
 #pragma once
 
 #include "core/no_script_methods.h"

@@ -77,7 +77,9 @@ Args& Args::floatRef(float value) {
   return push(Loom::kArgFloat, addressOf(slot), slot);
 }
 
-Args& Args::real(double value) { return push(Loom::kArgDouble, std::bit_cast<std::uint64_t>(value)); }
+Args& Args::real(double value) {
+  return push(Loom::kArgDouble, std::bit_cast<std::uint64_t>(value));
+}
 
 Args& Args::raw(std::uint32_t kind, std::uint64_t value) { return push(kind, value); }
 

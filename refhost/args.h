@@ -20,13 +20,13 @@ namespace refhost {
 
 class Args {
  public:
-  Args& document(Loom::XUL::xXULDoc* doc);     // kind 7
-  Args& element(Loom::XUL::xXULElem* elem);    // kind 8
-  Args& text(std::string utf8);                // kind 3
-  Args& integer(std::int32_t value);           // kind 1, inline in the low half
-  Args& integerRef(std::int32_t value);        // kind 1, the address of the value
-  Args& floatRef(float value);                 // kind 5, the address of the value
-  Args& real(double value);                    // kind 6, inline
+  Args& document(Loom::XUL::xXULDoc* doc);   // kind 7
+  Args& element(Loom::XUL::xXULElem* elem);  // kind 8
+  Args& text(std::string utf8);              // kind 3
+  Args& integer(std::int32_t value);         // kind 1, inline in the low half
+  Args& integerRef(std::int32_t value);      // kind 1, the address of the value
+  Args& floatRef(float value);               // kind 5, the address of the value
+  Args& real(double value);                  // kind 6, inline
   Args& raw(std::uint32_t kind, std::uint64_t value = 0);
 
   Args() = default;

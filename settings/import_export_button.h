@@ -1,5 +1,5 @@
-// "impexpbut" (xImportExportButton): Export of the driver's configuration into one archive file, and its import after the
-// user confirms (the Others tab's Export and Import buttons).
+// "impexpbut" (xImportExportButton): Export of the driver's configuration into one archive file,
+// and its import after the user confirms (the Others tab's Export and Import buttons).
 #pragma once
 
 #include "host/xclass.h"

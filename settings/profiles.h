@@ -1,5 +1,5 @@
-// "profiles" (xProfiles): Named user profiles: the profile list, writing a profile from the live document,
-// applying, deleting and checking profiles, and the temporary profile.
+// "profiles" (xProfiles): Named user profiles: the profile list, writing a profile from the live
+// document, applying, deleting and checking profiles, and the temporary profile.
 #pragma once
 
 #include "host/xclass.h"

@@ -56,7 +56,7 @@ CallArgument Wrapped(Cursor& cursor, const std::string& wrapper, CallArgument::K
         IntegerInRange(cursor, 0, std::numeric_limits<std::uint32_t>::max(), "an argument kind");
   } else {
     argument.integer = IntegerInRange(cursor, std::numeric_limits<std::int32_t>::min(),
-                                 std::numeric_limits<std::int32_t>::max(), "an integer");
+                                      std::numeric_limits<std::int32_t>::max(), "an integer");
   }
   const std::string_view written = before.substr(0, before.size() - cursor.Rest().size());
   cursor.Expect(")", "')'");
