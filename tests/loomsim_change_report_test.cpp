@@ -1,4 +1,4 @@
-// The pieces of the change report: settings and file snapshots compared, and how
+// The pieces of the change report: settings, file and registry snapshots compared, and how
 // elements are named.
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -11,6 +11,7 @@
 #include "host/codes.h"
 #include "refhost/accounting.h"
 #include "refhost/document.h"
+#include "tools/loomsim/call_watch.h"
 #include "tools/loomsim/element_label.h"
 #include "tools/loomsim/file_snapshot.h"
 #include "tools/loomsim/scenario.h"
@@ -64,6 +65,17 @@ TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
                        "- file driver:\"gone.zip\"",
                    }));
   std::filesystem::remove_all(root);
+}
+
+TEST(ChangeReportTest, RegistryDiffListsDeletedThenCreatedKeys) {
+  std::vector<std::string> lines;
+  DiffRegistry({u"Software\\Spindle\\Old", u"Software\\Spindle", u"Software\\Spindle\\Kept"},
+               {u"Software\\Spindle\\Kept", u"Software\\Spindle\\New", u"Software\\Spindle"},
+               lines);
+  EXPECT_EQ(lines, (std::vector<std::string>{
+                       "- registry user \"Software\\Spindle\\Old\"",
+                       "+ registry user \"Software\\Spindle\\New\"",
+                   }));
 }
 
 TEST(ChangeReportTest, ElementsAreNamedByIdOrByThePathFromOne) {

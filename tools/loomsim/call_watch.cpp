@@ -10,9 +10,7 @@
 #include "tools/loomsim/text_values.h"
 
 namespace loomsim {
-namespace {
 
-// Keys of the current user's registry hive that the call deleted ("-") or created ("+").
 void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string> after,
                   std::vector<std::string>& lines) {
   std::sort(before.begin(), before.end());
@@ -27,8 +25,6 @@ void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string
   for (const auto& key : gone) lines.push_back("- registry user " + path(key));
   for (const auto& key : added) lines.push_back("+ registry user " + path(key));
 }
-
-}  // namespace
 
 CallWatch::CallWatch(Scenario& scenario)
     : scenario_(scenario),

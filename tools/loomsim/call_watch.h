@@ -31,6 +31,12 @@ namespace loomsim {
 
 class Scenario;
 
+// Appends a line for each registry key of the current user's hive that is in `before`
+// only ("- registry user ...") or in `after` only ("+ ..."), written as the registry
+// statements write paths.
+void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string> after,
+                  std::vector<std::string>& lines);
+
 class CallWatch final : public refhost::ChangeObserver {
  public:
   // Takes the snapshots and starts listening and capturing.
