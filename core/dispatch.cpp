@@ -5,15 +5,12 @@
 #include "core/arg_record.h"
 
 namespace spindle {
-namespace {
 
 bool KindMatches(std::uint32_t wanted, const xarg_entry& record) {
-  if (wanted == kAnyKind) return true;
+  if (wanted == kAnyKind || wanted == kAnyNumber) return true;
   if (record.kind != wanted) return false;
   return wanted != Loom::kArgString || StringIn(record) != nullptr;
 }
-
-}  // namespace
 
 bool Matches(const Signature& signature, const char* method, int argc, const xarg_entry* args) {
   if (method == nullptr || std::strcmp(method, signature.name) != 0) return false;

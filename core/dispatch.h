@@ -5,7 +5,8 @@
 // the arguments it types, and the handler. Dispatch tests the rows in order and runs the
 // first whose name (whole, case-sensitive), count and typed kinds all match; a name whose
 // count or kinds do not match is passed over like an unknown one. When no row matches,
-// the object's own answer for unmatched calls is returned and nothing is touched.
+// the object's own answer for unmatched calls is returned and nothing is touched; a
+// diagnostics hook set by the host is then told why (core/diagnostics.h).
 //
 // Before a handler runs, every typed document and element argument is wrapped in a
 // SmartPtr (one reference each), held by CallArgs; they are given back when the call
@@ -16,6 +17,7 @@
 #include <cstdint>
 #include <span>
 
+#include "core/diagnostics.h"
 #include "host/codes.h"
 #include "host/xclass.h"
 #include "host/xul.h"
@@ -30,6 +32,9 @@ enum class Count : std::uint8_t { kExactly, kAtLeast };
 inline constexpr int kMaxTypedArgs = 6;
 // A position the method reads itself: any kind is accepted there.
 inline constexpr std::uint32_t kAnyKind = 0;
+// A position the method reads itself as a number of any number kind: matched like
+// kAnyKind, and named "number" when a call is explained.
+inline constexpr std::uint32_t kAnyNumber = 0xFFFFFFFF;
 using Kinds = std::array<std::uint32_t, kMaxTypedArgs>;
 
 struct Signature {
@@ -38,6 +43,10 @@ struct Signature {
   int argc;     // exact count, or the minimum with Count::kAtLeast
   Kinds kinds;  // per position; positions past the list are kAnyKind
 };
+
+// Whether `record` is of the kind a row wants at its position. A kind-3 record must hold
+// a string (a null pointer is no string).
+bool KindMatches(std::uint32_t wanted, const xarg_entry& record);
 
 // Whether a call matches: the whole name, the count, and the kind of every typed
 // position. A kind-3 record must hold a string (a null pointer is no string).
@@ -83,6 +92,13 @@ bool Dispatch(Object& object, std::span<const Method<Object>> methods, bool unma
     if (!Matches(row.signature, method, argc, args)) continue;
     CallArgs call(argc, args, row.signature.kinds);
     return (object.*row.run)(call);
+  }
+  if (g_diagnosticsHook != nullptr) [[unlikely]] {
+    const SignatureRows rows{methods.data(), methods.size(),
+                             [](const void* table, std::size_t index) -> const Signature& {
+                               return static_cast<const Method<Object>*>(table)[index].signature;
+                             }};
+    ReportUnmatched(RegisteredName(&object), rows, method, argc, args);
   }
   return unmatchedAnswer;
 }

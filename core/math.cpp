@@ -15,8 +15,12 @@ using spindle::Count;
 const spindle::Method<xMath> xMath::kMethods[] = {
     // Only the document is typed: the numbers may be of any number kind and are read by
     // the methods themselves.
-    {{"round", Count::kExactly, 2, {Loom::kArgDocument}}, &xMath::Round},
-    {{"clampMultiple", Count::kExactly, 3, {Loom::kArgDocument}}, &xMath::ClampMultiple},
+    {{"round", Count::kExactly, 2, {Loom::kArgDocument, spindle::kAnyNumber}}, &xMath::Round},
+    {{"clampMultiple",
+      Count::kExactly,
+      3,
+      {Loom::kArgDocument, spindle::kAnyNumber, spindle::kAnyNumber}},
+     &xMath::ClampMultiple},
 };
 
 bool xMath::call(const char* method, int argc, xarg_entry* args, xarg_entry*) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "core/diagnostics.h"
 #include "core/input_validation.h"
 #include "core/math.h"
 #include "core/object.h"
@@ -100,4 +101,11 @@ extern "C" xClass* findObject(const char* name) {
     return g_objects[i];
   }
   return nullptr;
+}
+
+const char* spindle::RegisteredName(const xClass* object) {
+  for (std::size_t i = 0; i < std::size(kRegistry); ++i) {
+    if (g_objects[i] == object) return kRegistry[i].name;
+  }
+  return "?";
 }

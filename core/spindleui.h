@@ -12,6 +12,26 @@
 // when the host cannot allocate the object (the next request tries again).
 extern "C" SPINDLE_EXPORT xClass* findObject(const char* name);
 
+// A script call that matched no method of its object, as the diagnostics hook sees it.
+// Every pointer lives only while the hook runs.
+struct SpindleUnmatchedCall {
+  const char* object;       // the object's registered name
+  const char* method;       // the method name the script gave (null when it gave none)
+  int argc;                 // the records the call carried
+  const xarg_entry* args;
+  const char* nearest;      // the nearest method of the object's table, or null for none
+  int differingArgument;    // index of the first argument the nearest method does not
+                            // take as given; -1 when the kinds are not what differs
+  const char* reason;       // all of it in one line, for people who maintain the pages:
+                            // "no method matched Math.rnd(document, double): did you
+                            // mean round(document, number)?"
+};
+using SpindleDiagnosticsHook = void (*)(const SpindleUnmatchedCall* call);
+
+// Sets the function told of every call that matches no method (null, the default, turns
+// it off and leaves the dispatcher exactly as fast as without it). Returns the previous.
+extern "C" SPINDLE_EXPORT SpindleDiagnosticsHook setDiagnosticsHook(SpindleDiagnosticsHook hook);
+
 // The element with `id` in `doc`, searched as the host's findElement does (so "args"
 // resolves to the document's script-argument element); null for a null document or
 // when nothing is found.

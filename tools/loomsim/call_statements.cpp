@@ -177,9 +177,11 @@ void RunCall(Scenario& scenario, const std::string& object, const std::string& m
   scenario.setCallingDocument(nullptr);
   last.result = outcome.result;
   last.exception = outcome.exception;
+  last.unmatched = outcome.unmatched;
 
   Report& report = scenario.report();
   report.Detail("-> " + OutcomeText(outcome, object));
+  if (outcome.unmatched) report.Detail("? " + *outcome.unmatched);
   for (const std::string& change : changes) report.Detail(change);
   if (const std::optional<std::string> fault = outcome.fault ? outcome.fault : scenario.crash()) {
     throw SetupError{"the library crashed: " + *fault + "; what follows could not be trusted"};
@@ -270,6 +272,16 @@ Parsed ParseExceptionExpectation(StatementInput& input) {
           }};
 }
 
+Parsed ParseReasonExpectation(StatementInput& input) {
+  const std::string reason = input.cursor().Text("the quoted reason the call matched nothing");
+  return {"expect reason " + Quote(reason), [reason](Scenario& scenario) {
+            if (const LastCall* last = scenario.LastCallForCheck()) {
+              scenario.Check(last->unmatched == reason,
+                             last->unmatched ? Quote(*last->unmatched) : "no reason");
+            }
+          }};
+}
+
 Parsed ParseNoExceptionExpectation(StatementInput&) {
   return {"expect no exception", [](Scenario& scenario) {
             if (const LastCall* last = scenario.LastCallForCheck()) {
@@ -285,6 +297,7 @@ constexpr StatementForm kForms[] = {
     {"expect refs", "expect refs balanced", ParseRefsExpectation},
     {"expect exception", "expect exception \"message\"", ParseExceptionExpectation},
     {"expect no exception", "expect no exception", ParseNoExceptionExpectation},
+    {"expect reason", "expect reason \"text\"", ParseReasonExpectation},
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <iterator>
+#include <utility>
 
 #include "host/xclass.h"
 
@@ -24,6 +25,8 @@ constexpr Fault kFaults[] = {
 
 // The innermost call in progress, which a fault jumps back to.
 sigjmp_buf* g_innermost = nullptr;
+// Where the innermost call in progress keeps the reason it matched nothing.
+std::optional<std::string>* g_unmatched = nullptr;
 
 void OnFault(int signal) {
   if (g_innermost != nullptr) siglongjmp(*g_innermost, signal);
@@ -65,6 +68,7 @@ std::string FaultText(int signal) {
 CallOutcome Call(ObjectFinder finder, const std::string& object, const std::string& method,
                  refhost::Args& args) {
   CallOutcome outcome;
+  std::optional<std::string>* const outerUnmatched = std::exchange(g_unmatched, &outcome.unmatched);
   try {
     xClass* target = finder(object.c_str());
     if (target == nullptr) return outcome;
@@ -75,10 +79,15 @@ CallOutcome Call(ObjectFinder finder, const std::string& object, const std::stri
   } catch (...) {
     outcome.exception = "an exception that is not a std::exception";
   }
+  g_unmatched = outerUnmatched;
   return outcome;
 }
 
 }  // namespace
+
+void NoteUnmatchedCall(const SpindleUnmatchedCall* call) {
+  if (g_unmatched != nullptr) *g_unmatched = call->reason;
+}
 
 CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const std::string& method,
                         refhost::Args& args) {
@@ -86,8 +95,10 @@ CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const st
   std::optional<FaultHandlers> handlers;
   if (outer == nullptr) handlers.emplace();
   sigjmp_buf here;
+  std::optional<std::string>* const outerUnmatched = g_unmatched;
   if (const int signal = sigsetjmp(here, 1); signal != 0) {
     g_innermost = outer;
+    g_unmatched = outerUnmatched;
     CallOutcome crashed;
     crashed.objectFound = true;
     crashed.fault = FaultText(signal);

@@ -12,9 +12,8 @@
 #include <optional>
 #include <string>
 
+#include "core/spindleui.h"
 #include "refhost/args.h"
-
-class xClass;
 
 namespace loomsim {
 
@@ -25,7 +24,13 @@ struct CallOutcome {
   bool result = false;                   // false also when the object is absent or threw
   std::optional<std::string> exception;  // the message of an exception that escaped
   std::optional<std::string> fault;      // what the library did: "invalid memory access"
+  // Why no method matched, as the library's diagnostics hook said.
+  std::optional<std::string> unmatched;
 };
+
+// The diagnostics hook the runner gives the library: it hands the reason to the call in
+// progress.
+void NoteUnmatchedCall(const SpindleUnmatchedCall* call);
 
 // findObject(`object`), then call(`method`, `args`) when the object exists. Calls may
 // nest (a call the library makes back through the script environment).

@@ -33,6 +33,7 @@ struct LastCall {
   bool made = false;
   bool result = false;
   std::optional<std::string> exception;  // the message of an exception that escaped it
+  std::optional<std::string> unmatched;  // why it matched no method, when it did not
   std::vector<std::string> scripts;      // statements run through doString during it
   std::string printed;                   // what the library wrote to the standard output
   std::vector<std::string> messages;     // the texts of the message boxes it showed
