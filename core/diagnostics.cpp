@@ -1,22 +1,17 @@
 #include "core/diagnostics.h"
 
-#include <algorithm>
-#include <cctype>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "core/arg_record.h"
 #include "core/dispatch.h"
+#include "core/letter_difference.h"
 
 namespace spindle {
 
 SpindleDiagnosticsHook g_diagnosticsHook = nullptr;
 
 namespace {
-
-// Names further apart than this are not offered as what the script meant.
-constexpr std::size_t kMaxLetterDifference = 2;
 
 std::string KindName(std::uint32_t kind) {
   switch (kind) {
@@ -62,23 +57,6 @@ std::string RowText(const Signature& row) {
   }
   if (row.count == Count::kAtLeast) text += row.argc == 0 ? "..." : ", ...";
   return text + ")";
-}
-
-// Edit distance ignoring letter case, so "Round" and "round" are 0 apart.
-std::size_t LetterDifference(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> previous(b.size() + 1);
-  std::vector<std::size_t> current(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) previous[j] = j;
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    current[0] = i;
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const bool same = std::tolower(static_cast<unsigned char>(a[i - 1])) ==
-                        std::tolower(static_cast<unsigned char>(b[j - 1]));
-      current[j] = std::min({previous[j] + 1, current[j - 1] + 1, previous[j - 1] + !same});
-    }
-    std::swap(previous, current);
-  }
-  return previous[b.size()];
 }
 
 bool CountFits(const Signature& row, int argc) {

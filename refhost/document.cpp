@@ -1,5 +1,7 @@
 #include "refhost/document.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 #include <array>
 #include <new>
@@ -105,6 +107,11 @@ Document::~Document() {
 
 Loom::SmartPtr<Document> Document::FromXml(std::string_view xml, std::u16string fileName,
                                            const DocumentContext& context) {
+  // pugixml passes bad bytes through; found here they get a line, instead of failing
+  // later in the UTF-16 conversion of whichever name or value holds them.
+  if (const auto bad = utf8::find_invalid(xml.begin(), xml.end()); bad != xml.end()) {
+    throw LoadError(Utf8(fileName), "invalid UTF-8", LineAt(xml, bad - xml.begin()));
+  }
   pugi::xml_document parsed;
   const pugi::xml_parse_result result =
       parsed.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);

@@ -267,7 +267,8 @@ TEST(ParseTest, AnUnknownStatementListsWhatMayStandThere) {
     EXPECT_NE(statement.find(heads), std::string::npos) << statement;
   }
   EXPECT_TRUE(statement.ends_with(", found \"frobnicate x\"")) << statement;
-  for (const std::string_view written : {"expect resul true", "expect no scripts"}) {
+  for (const auto& [written, meant] :
+       {std::pair<std::string_view, std::string_view>{"expect resul true", "expect result"}, {"expect no scripts", "expect no script"}}) {
     const std::string expectation = ErrorOf(written);
     EXPECT_TRUE(
         expectation.starts_with("expected after \"expect\" one of: user, device, #id, "
@@ -276,7 +277,9 @@ TEST(ParseTest, AnUnknownStatementListsWhatMayStandThere) {
     for (const char* choice : {" result,", " no script,", " no message"}) {
       EXPECT_NE(expectation.find(choice), std::string::npos) << expectation;
     }
-    EXPECT_TRUE(expectation.ends_with(", found " + Quote(written.substr(7)))) << expectation;
+    EXPECT_TRUE(expectation.ends_with(", found " + Quote(written.substr(7)) + ": did you mean " +
+                                      std::string(meant) + "?"))
+        << expectation;
   }
 }
 

@@ -352,7 +352,7 @@ TEST_F(RunTest, SummaryAndExitStatusCountEveryFile) {
   out.str("");
   EXPECT_FALSE(RunScenarioFiles(FindForTest, all, RunOptions{true, false}, out));
   EXPECT_NE(out.str().find("ERROR " + (directory / "missing.scn").string() +
-                           ": cannot read the file\n2 passed, 2 failed\n"),
+                           ": cannot read the file: No such file or directory\n2 passed, 2 failed\n"),
             std::string::npos)
       << out.str();
   std::filesystem::remove_all(directory);

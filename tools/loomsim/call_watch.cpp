@@ -52,14 +52,14 @@ void CallWatch::onChange(const refhost::Change& change) {
   const std::string attribute = "." + NarrowText(change.attribute);
   switch (change.kind) {
     case Kind::kAttributeAdded:
-      scenario_.NoteChange("+ " + label + attribute + " = " + Quote(change.newValue));
+      scenario_.NoteChange("+ " + label + attribute + " = " + ReportValue(change.newValue));
       break;
     case Kind::kAttributeChanged:
-      scenario_.NoteChange("~ " + label + attribute + " = " + Quote(change.newValue) + " (was " +
-                           Quote(change.oldValue) + ")");
+      scenario_.NoteChange("~ " + label + attribute + " = " + ReportValue(change.newValue) + " (was " +
+                           ReportValue(change.oldValue) + ")");
       break;
     case Kind::kAttributeRemoved:
-      scenario_.NoteChange("- " + label + attribute + " (was " + Quote(change.oldValue) + ")");
+      scenario_.NoteChange("- " + label + attribute + " (was " + ReportValue(change.oldValue) + ")");
       break;
     case Kind::kElementAdded:
       scenario_.NoteChange("+ " + StartTag(*change.element) + " added to " +
@@ -88,9 +88,9 @@ std::vector<std::string> CallWatch::Finish() {
   for (std::size_t i = scriptsBefore_; i < statements.size(); ++i) {
     last.scripts.push_back(statements[i].text);
   }
-  if (!last.printed.empty()) lines.push_back("> printed " + Quote(last.printed));
+  if (!last.printed.empty()) lines.push_back("> printed " + ReportValue(last.printed));
   last.messages = scenario_.messageBoxes().Take();
-  for (const std::string& message : last.messages) lines.push_back("! message " + Quote(message));
+  for (const std::string& message : last.messages) lines.push_back("! message " + ReportValue(message));
   return lines;
 }
 

@@ -71,6 +71,10 @@ std::optional<CommandLine> ParseCommandLine(const std::vector<std::string>& argu
       return std::nullopt;
     }
   }
+  if (run && line.files.empty() && !line.help) {
+    error = "run needs at least one scenario file";
+    return std::nullopt;
+  }
   return line;
 }
 

@@ -22,10 +22,11 @@ std::optional<unsigned> HexDigits(std::string_view digits) {
 
 }  // namespace
 
-ParseError::ParseError(std::string expected, std::string found)
+ParseError::ParseError(std::string expected, std::string found, std::string hint)
     : std::runtime_error("expected " + expected),
       expected_(std::move(expected)),
-      found_(std::move(found)) {}
+      found_(std::move(found)),
+      hint_(std::move(hint)) {}
 
 bool IsNameChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||

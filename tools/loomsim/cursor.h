@@ -15,14 +15,17 @@ namespace loomsim {
 
 class ParseError : public std::runtime_error {
  public:
-  // `expected` names what should have stood at the place where `found` begins.
-  ParseError(std::string expected, std::string found);
+  // `expected` names what should have stood at the place where `found` begins; `hint`
+  // may add what was probably meant ("did you mean expect result?").
+  ParseError(std::string expected, std::string found, std::string hint = {});
   const std::string& expected() const { return expected_; }
   const std::string& found() const { return found_; }
+  const std::string& hint() const { return hint_; }
 
  private:
   std::string expected_;
   std::string found_;
+  std::string hint_;
 };
 
 class Cursor {

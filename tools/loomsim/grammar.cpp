@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/letter_difference.h"
+
 namespace loomsim {
 namespace {
 
@@ -48,7 +50,8 @@ std::string_view MatchedFirstWord(std::span<const Facility> facilities, std::str
 
 // What may follow `matchedFirst`: the next words of each head that starts with it, or
 // every first word when it is "".
-std::string Choices(std::span<const Facility> facilities, std::string_view matchedFirst) {
+std::vector<std::string_view> Choices(std::span<const Facility> facilities,
+                                      std::string_view matchedFirst) {
   std::vector<std::string_view> choices;
   for (const Facility& facility : facilities) {
     for (const StatementForm& form : facility.forms) {
@@ -65,10 +68,40 @@ std::string Choices(std::span<const Facility> facilities, std::string_view match
       }
     }
   }
+  return choices;
+}
+
+std::string ChoicesText(std::span<const std::string_view> choices, std::string_view matchedFirst) {
   std::string list;
   for (std::string_view choice : choices) list.append(list.empty() ? "" : ", ").append(choice);
   if (matchedFirst.empty()) return "a statement: " + list;
   return "after \"" + std::string(matchedFirst) + "\" one of: " + list;
+}
+
+// "did you mean WORDS?" for the choice nearest to what stands in `rest` (as many of its
+// words as the choice has), when one is near enough to be a slip of the keyboard.
+std::string Suggestion(std::span<const std::string_view> choices, std::string_view matchedFirst,
+                       std::string_view rest) {
+  std::string_view nearest;
+  std::size_t nearestDifference = spindle::kMaxLetterDifference + 1;
+  for (std::string_view choice : choices) {
+    std::size_t end = 0;
+    for (std::size_t words = Words(choice).size(); words > 0 && end != std::string_view::npos;
+         --words) {
+      end = rest.find(' ', end == 0 ? 0 : end + 1);
+    }
+    const std::string_view written = rest.substr(0, end);
+    // Short words are held to less: "foo" is two letters from "doc" but no slip of it.
+    const std::size_t allowed = std::min(spindle::kMaxLetterDifference, written.size() / 3);
+    const std::size_t difference = spindle::LetterDifference(written, choice);
+    if (difference <= allowed && difference < nearestDifference) {
+      nearest = choice;
+      nearestDifference = difference;
+    }
+  }
+  if (nearest.empty()) return "";
+  const std::string before = matchedFirst.empty() ? "" : std::string(matchedFirst) + " ";
+  return "did you mean " + before + std::string(nearest) + "?";
 }
 
 }  // namespace
@@ -97,7 +130,9 @@ Parsed ParseStatement(std::span<const Facility> facilities, std::string_view tex
   if (best == nullptr) {
     const std::string_view first = MatchedFirstWord(facilities, text);
     cursor.Accept(first);
-    cursor.Fail(Choices(facilities, first));
+    const std::vector<std::string_view> choices = Choices(facilities, first);
+    const std::string_view rest = cursor.Rest();
+    throw ParseError(ChoicesText(choices, first), std::string(rest), Suggestion(choices, first, rest));
   }
   MatchHead(cursor, best->head);
   StatementInput input(cursor, block);

@@ -1,6 +1,9 @@
 #include "tools/loomsim/runner.h"
 
+#include <cerrno>
+#include <cstring>
 #include <exception>
+#include <fstream>
 #include <optional>
 #include <vector>
 
@@ -19,10 +22,15 @@ struct Step {
   Parsed parsed{};
 };
 
-// Every statement parsed, or nothing after reporting the first that does not parse.
+// Enough to fix a file in one go; more are most likely one mistake repeated.
+constexpr int kMaxParseErrors = 20;
+
+// Every statement parsed, or nothing after reporting each that does not parse (up to
+// kMaxParseErrors), so that one run shows an author everything to fix.
 std::optional<std::vector<Step>> ParseFile(std::string_view text, Report& report) {
   try {
     std::vector<Step> steps;
+    int errors = 0;
     for (SourceStatement& statement : ReadStatements(text)) {
       Step step{statement.line, statement.comment,
                 statement.comment ? statement.text : statement.written};
@@ -30,16 +38,30 @@ std::optional<std::vector<Step>> ParseFile(std::string_view text, Report& report
         try {
           step.parsed = ParseStatement(Facilities(), statement.text, statement.block);
         } catch (const ParseError& error) {
-          throw StatementError(step.line, step.text, error);
+          report.Error(StatementError(step.line, step.text, error));
+          if (++errors == kMaxParseErrors) {
+            report.Note("stopped reading after " + std::to_string(kMaxParseErrors) +
+                        " statements that do not parse");
+            return std::nullopt;
+          }
         }
       }
       steps.push_back(std::move(step));
     }
+    if (errors > 0) return std::nullopt;
     return steps;
   } catch (const StatementError& error) {
     report.Error(error);
     return std::nullopt;
   }
+}
+
+// Why `file` cannot be read, in the system's words ("No such file or directory").
+std::string ReadFailure(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::is_directory(file, error)) return std::strerror(EISDIR);
+  std::ifstream probe(file, std::ios::binary);
+  return probe ? std::string("read error") : std::strerror(errno);
 }
 
 void RunSteps(Scenario& scenario, std::vector<Step>& steps, Report& report) {
@@ -93,7 +115,7 @@ bool RunScenarioFiles(ObjectFinder finder, std::span<const std::filesystem::path
     const std::optional<std::string> text = refhost::ReadWholeFile(file);
     if (!text) {
       report.BeginFile(file.string());
-      report.Error(StatementError(0, {}, "cannot read the file"));
+      report.Error(StatementError(0, {}, "cannot read the file: " + ReadFailure(file)));
       continue;
     }
     RunScenario(finder, file, *text, options, report);

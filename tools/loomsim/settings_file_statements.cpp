@@ -15,6 +15,7 @@
 #include "host/file.h"
 #include "host/settings.h"
 #include "refhost/backing_store.h"
+#include "refhost/dom.h"
 #include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/place_ref.h"
@@ -24,10 +25,16 @@
 namespace loomsim {
 namespace {
 
-// `xml` (described by `source` in errors) read as a settings tree and written to `ref`
-// by a file store that may create the file.
+// `xml` (described by `source` in errors, its first line being `firstLine` there) read
+// as a settings tree and written to `ref` by a file store that may create the file.
 void WriteSettingsFile(Scenario& scenario, const PlaceRef& ref, std::string_view xml,
-                       const std::string& source) {
+                       const std::string& source, int firstLine) {
+  std::string parserMessage;
+  int parserLine = 0;
+  if (!refhost::ParseXml(xml, &parserMessage, &parserLine)) {
+    throw SetupError{source + " is no XML at line " + std::to_string(firstLine + parserLine - 1) +
+                     ": " + parserMessage};
+  }
   const Loom::SmartPtr<refhost::MemoryBackingStore> content(new refhost::MemoryBackingStore());
   Loom::Services::PersistentSettings tree;
   tree.setBackingStoreIO(content);
@@ -57,14 +64,14 @@ Parsed ParseSettingsFile(StatementInput& input) {
               const std::filesystem::path file = scenario.directory() / source;
               const std::optional<std::string> xml = refhost::ReadWholeFile(file);
               if (!xml) throw SetupError{"cannot read " + file.string()};
-              WriteSettingsFile(scenario, ref, *xml, file.string());
+              WriteSettingsFile(scenario, ref, *xml, file.string(), 1);
             }};
   }
   if (!input.hasBlock()) cursor.Fail("file \"path.xml\" or a <<END block");
   const Block& block = input.TakeBlock();
   return {echo + " <<" + block.marker,
           [ref, xml = block.text, line = block.firstLine](Scenario& scenario) {
-            WriteSettingsFile(scenario, ref, xml, "the block from line " + std::to_string(line));
+            WriteSettingsFile(scenario, ref, xml, "the block", line);
           }};
 }
 

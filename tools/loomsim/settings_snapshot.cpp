@@ -42,15 +42,15 @@ void DiffSettings(std::string_view tree, const SettingsSnapshot& before,
   for (const auto& [path, value] : after) {
     const auto old = oldValues.find(path);
     if (old == oldValues.end()) {
-      lines.push_back("+ " + prefix + path + " = " + Quote(value));
+      lines.push_back("+ " + prefix + path + " = " + ReportValue(value));
     } else if (old->second != value) {
-      lines.push_back("~ " + prefix + path + " = " + Quote(value) + " (was " + Quote(old->second) +
+      lines.push_back("~ " + prefix + path + " = " + ReportValue(value) + " (was " + ReportValue(old->second) +
                       ")");
     }
   }
   for (const auto& [path, value] : before) {
     if (!newValues.contains(path)) {
-      lines.push_back("- " + prefix + path + " (was " + Quote(value) + ")");
+      lines.push_back("- " + prefix + path + " (was " + ReportValue(value) + ")");
     }
   }
 }

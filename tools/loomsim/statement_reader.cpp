@@ -43,9 +43,13 @@ std::optional<std::string> BlockMarker(std::string_view statement) {
 StatementError::StatementError(int line, std::string statement, const ParseError& error)
     : StatementError(line, std::move(statement),
                      "expected " + error.expected() + ", found " +
-                         (error.found().empty() ? "the end of the line" : Quote(error.found()))) {}
+                         (error.found().empty() ? "the end of the line" : Quote(error.found())) +
+                         (error.hint().empty() ? "" : ": " + error.hint())) {}
 
 std::vector<SourceStatement> ReadStatements(std::string_view fileText) {
+  // Editors on Windows start UTF-8 files with a byte order mark.
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (fileText.starts_with(kByteOrderMark)) fileText.remove_prefix(kByteOrderMark.size());
   const std::vector<std::string_view> lines = Lines(fileText);
   std::vector<SourceStatement> statements;
   for (std::size_t i = 0; i < lines.size(); ++i) {

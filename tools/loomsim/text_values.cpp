@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 namespace loomsim {
 namespace {
@@ -103,21 +104,41 @@ void AppendUtf8(std::string& out, char32_t c) {
   }
 }
 
-std::string Quote(std::string_view bytes) {
-  std::string out = "\"";
-  while (!bytes.empty()) {
-    if (const std::optional<Decoded> decoded = DecodeOne(bytes)) {
+namespace {
+
+// The first `limit` characters of `bytes` in the notation of Quote, without the quotes,
+// and how many bytes they took. A byte that is no UTF-8 counts as a character.
+std::pair<std::string, std::size_t> Escaped(std::string_view bytes, std::size_t limit) {
+  std::string out;
+  std::size_t taken = 0;
+  for (std::size_t characters = 0; taken < bytes.size() && characters < limit; ++characters) {
+    const std::string_view rest = bytes.substr(taken);
+    if (const std::optional<Decoded> decoded = DecodeOne(rest)) {
       AppendQuoted(out, decoded->codePoint);
-      bytes.remove_prefix(decoded->length);
+      taken += decoded->length;
     } else {
-      AppendEscape(out, "\\x%02X", static_cast<std::uint8_t>(bytes.front()));
-      bytes.remove_prefix(1);
+      AppendEscape(out, "\\x%02X", static_cast<std::uint8_t>(rest.front()));
+      ++taken;
     }
   }
-  return out + "\"";
+  return {std::move(out), taken};
+}
+
+}  // namespace
+
+std::string Quote(std::string_view bytes) {
+  return "\"" + Escaped(bytes, bytes.size()).first + "\"";
 }
 
 std::string Quote(std::u16string_view units) { return Quote(NarrowText(units)); }
+
+std::string ReportValue(std::string_view bytes) {
+  auto [escaped, taken] = Escaped(bytes, kReportedCharacters);
+  if (taken == bytes.size()) return "\"" + escaped + "\"";
+  return "\"" + escaped + "\u2026\" (" + std::to_string(bytes.size()) + " bytes)";
+}
+
+std::string ReportValue(std::u16string_view units) { return ReportValue(NarrowText(units)); }
 
 std::optional<std::u16string> WideText(std::string_view bytes) {
   std::u16string out;

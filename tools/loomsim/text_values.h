@@ -23,6 +23,16 @@ void AppendUtf8(std::string& out, char32_t codePoint);
 std::string Quote(std::string_view bytes);
 std::string Quote(std::u16string_view units);
 
+// Values longer than this are cut in the change report: a 50 MB attribute would bury
+// every other line.
+inline constexpr std::size_t kReportedCharacters = 200;
+
+// A value for the change report: Quote(`bytes`), but a value of more than
+// kReportedCharacters characters is cut there and followed by its length:
+// "aaaa…" (52428800 bytes).
+std::string ReportValue(std::string_view bytes);
+std::string ReportValue(std::u16string_view units);
+
 // The UTF-16 units of `bytes` (UTF-8, lone surrogates in their three-byte form allowed);
 // nothing when some bytes are not UTF-8.
 std::optional<std::u16string> WideText(std::string_view bytes);
