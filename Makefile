@@ -34,6 +34,7 @@ bench: build
 	$(BUILD)/bin/bench_dispatch
 
 format:
+	@scripts/install-deps clang-format
 	find host core settings paper job refhost tools tests bench -name '*.h' -o -name '*.cpp' | xargs clang-format -i
 
 clean:

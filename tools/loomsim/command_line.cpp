@@ -22,7 +22,8 @@ Usage:
 Options:
   --quiet           print only failures and the summary line
   --keep            keep each scenario's temporary directory tree and print where it is
-  --library PATH    load the library from PATH (default: libspindleui.so beside loomsim)
+  --library PATH    load the library from PATH (default: libspindleui.so beside loomsim,
+                    or in ../lib when installed)
 
 Example (round.scn):
   doc page <<XUL

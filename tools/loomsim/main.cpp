@@ -1,6 +1,8 @@
 // loomsim: the scenario runner. Plays the bundled tour without arguments; see --help.
 #include <filesystem>
+#include <initializer_list>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -21,13 +23,31 @@ std::filesystem::path ProgramDirectory(const char* argv0) {
   return std::filesystem::absolute(argv0, error).parent_path();
 }
 
-// The tour: in the source tree the program was built from, so edits to it show at once;
-// else in samples/ beside the program, for a program copied elsewhere with its samples.
+// The first of `candidates` that exists; the last when none does (it names what is
+// missing in the error that follows).
+std::filesystem::path FirstExisting(std::initializer_list<std::filesystem::path> candidates) {
+  for (const std::filesystem::path& candidate : candidates) {
+    if (std::filesystem::exists(candidate)) return candidate;
+  }
+  return *std::prev(candidates.end());
+}
+
+// The tour: installed, under the prefix's data directory; in a build, in the source
+// tree it was built from, so edits to it show at once; else in samples/ beside the
+// program, for a program copied elsewhere with its samples.
 std::filesystem::path TourFile(const std::filesystem::path& programDirectory) {
-  const std::filesystem::path inSources =
-      std::filesystem::path(LOOMSIM_SOURCE_DIR) / "samples" / "tour.scn";
-  if (std::filesystem::exists(inSources)) return inSources;
-  return programDirectory / "samples" / "tour.scn";
+  const std::filesystem::path tour = std::filesystem::path("samples") / "tour.scn";
+  return FirstExisting({programDirectory / ".." / LOOMSIM_DATA_DIR / tour,
+                        std::filesystem::path(LOOMSIM_SOURCE_DIR) / tour,
+                        programDirectory / tour});
+}
+
+// The library: beside the program in a build, in the prefix's library directory when
+// installed.
+std::filesystem::path LibraryFile(const std::filesystem::path& programDirectory) {
+  return FirstExisting({loomsim::Library::InDirectory(programDirectory),
+                        loomsim::Library::InDirectory(programDirectory / ".." /
+                                                      LOOMSIM_LIBRARY_DIR)});
 }
 
 }  // namespace
@@ -46,7 +66,7 @@ int main(int argc, char** argv) {
   }
   const std::filesystem::path programDirectory = ProgramDirectory(argv[0]);
   const loomsim::Library library(
-      line->library.value_or(loomsim::Library::InDirectory(programDirectory)).string());
+      line->library.value_or(LibraryFile(programDirectory)).string());
   if (!library.ok()) {
     std::cerr << "loomsim: cannot load the library: " << library.error() << '\n';
     return 1;
