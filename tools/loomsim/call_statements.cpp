@@ -282,6 +282,14 @@ Parsed ParseReasonExpectation(StatementInput& input) {
           }};
 }
 
+Parsed ParseNoReasonExpectation(StatementInput&) {
+  return {"expect no reason", [](Scenario& scenario) {
+            if (const LastCall* last = scenario.LastCallForCheck()) {
+              scenario.Check(!last->unmatched, last->unmatched ? Quote(*last->unmatched) : "");
+            }
+          }};
+}
+
 Parsed ParseNoExceptionExpectation(StatementInput&) {
   return {"expect no exception", [](Scenario& scenario) {
             if (const LastCall* last = scenario.LastCallForCheck()) {
@@ -298,6 +306,7 @@ constexpr StatementForm kForms[] = {
     {"expect exception", "expect exception \"message\"", ParseExceptionExpectation},
     {"expect no exception", "expect no exception", ParseNoExceptionExpectation},
     {"expect reason", "expect reason \"text\"", ParseReasonExpectation},
+    {"expect no reason", "expect no reason", ParseNoReasonExpectation},
 };
 
 }  // namespace
