@@ -271,6 +271,11 @@ TEST_F(RunTest, SetupThatCannotBeDoneStopsTheFile) {
   } kCases[] = {
       {"doc p <<X\n<window>\n  <vbox>\n</window>\nX\ncall obj.abc(int(1))\n",
        "ERROR t.scn:10: doc p <<X\n      bad XUL at line 13: Start-end tags mismatch\n"},
+      {"doc p <<X\n<window>\n<a x=\"\xFF\"/></window>\nX\n",
+       "ERROR t.scn:10: doc p <<X\n      bad XUL at line 12: invalid UTF-8\n"},
+      {"settingsfile user:\"a.xml\" <<X\n<settings>\n<item key=\"a\">\nX\n",
+       "ERROR t.scn:10: settingsfile user:\"a.xml\" <<X\n"
+       "      the block is no XML at line 12: Start-end tags mismatch\n"},
       {"set #zz.value = \"1\"\ncall obj.abc(int(1))\n",
        "ERROR t.scn:10: set #zz.value = \"1\"\n      no element #zz in page\n"},
       {"set #list.value = \"Z\"\n",
@@ -337,6 +342,30 @@ TEST_F(RunTest, MessageBoxesFedByTheSimulatedOsAreReportedWithTheCall) {
   EXPECT_EQ(scenario.lastCall().messages, std::vector<std::string>{"Enter a nick name"});
 }
 
+TEST_F(RunTest, EveryStatementThatDoesNotParseIsListedUpToTwenty) {
+  // A byte order mark an editor put first is no part of the first statement.
+  std::string text = "\xEF\xBB\xBFprop a = \"1\"\n";
+  for (int i = 0; i < 25; ++i) text += "cal x\n";
+  const std::string out = Run(text, true);
+  EXPECT_EQ(failed_, 20);
+  EXPECT_EQ(out.find("t.scn:1:"), std::string::npos) << out;
+  EXPECT_NE(out.find("ERROR t.scn:21: cal x\n      expected a statement: "), std::string::npos);
+  EXPECT_NE(out.find("found \"cal x\": did you mean call?\n"), std::string::npos);
+  EXPECT_EQ(out.find("t.scn:22:"), std::string::npos);
+  EXPECT_NE(out.find("stopped reading after 20 statements that do not parse"), std::string::npos);
+}
+
+TEST_F(RunTest, TheLibrarysReasonStandsUnderAnUnmatchedCall) {
+  setDiagnosticsHook(NoteUnmatchedCall);
+  const std::string out = RunOnPage("call Math.round(#a, double(1))\nexpect reason \"x\"\n");
+  setDiagnosticsHook(nullptr);
+  const std::string reason =
+      "no method matched Math.round(element, double): did you mean round(document, number)? "
+      "argument 1 is element, not document";
+  EXPECT_NE(out.find("-> false\n          ? " + reason + "\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("expected reason \"x\", got \"" + reason + "\""), std::string::npos);
+}
+
 TEST_F(RunTest, SummaryAndExitStatusCountEveryFile) {
   const std::filesystem::path directory =
       std::filesystem::temp_directory_path() / ("loomsim_run_test_" + std::to_string(getpid()));
@@ -351,9 +380,10 @@ TEST_F(RunTest, SummaryAndExitStatusCountEveryFile) {
   EXPECT_EQ(out.str(), "2 passed, 0 failed\n");
   out.str("");
   EXPECT_FALSE(RunScenarioFiles(FindForTest, all, RunOptions{true, false}, out));
-  EXPECT_NE(out.str().find("ERROR " + (directory / "missing.scn").string() +
-                           ": cannot read the file: No such file or directory\n2 passed, 2 failed\n"),
-            std::string::npos)
+  EXPECT_NE(
+      out.str().find("ERROR " + (directory / "missing.scn").string() +
+                     ": cannot read the file: No such file or directory\n2 passed, 2 failed\n"),
+      std::string::npos)
       << out.str();
   std::filesystem::remove_all(directory);
 }

@@ -2,7 +2,6 @@
 // loading errors, owners, the serialiser and defaults.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -10,7 +9,6 @@
 
 #include "refhost/accounting.h"
 #include "refhost/backing_store.h"
-#include "refhost/file_io.h"
 #include "refhost/text.h"
 #include "refhost/xul_codes.h"
 #include "support/sheet_test.h"
@@ -68,21 +66,6 @@ TEST_F(RefhostXulTest, EveryRowOfTheCodeTablesHoldsBothWays) {
   SmartPtr<Document> odd = sheet_.loadDocument("<window><html:div id='d'/></window>", "odd.xul");
   EXPECT_EQ(odd->elementById(u"d")->getType(), Loom::kElemUnknown);
   EXPECT_EQ(odd->elementById(u"d")->tagName(), u"html:div");
-}
-
-TEST(RefhostReadmeTest, ListsEveryRowOfTheCodeTables) {
-  const std::optional<std::string> readme = refhost::ReadWholeFile(
-      std::filesystem::path(SPINDLE_SOURCE_DIR) / "refhost" / "README.md");
-  ASSERT_TRUE(readme.has_value());
-  const auto row = [](int code, std::u16string_view name) {
-    return "| " + std::to_string(code) + " | `" + refhost::Utf8(name) + "` |";
-  };
-  for (const refhost::ElementTagRow& r : refhost::ElementTagTable()) {
-    EXPECT_NE(readme->find(row(r.type, r.tag)), std::string::npos) << row(r.type, r.tag);
-  }
-  for (const refhost::AttributeNameRow& r : refhost::AttributeNameTable()) {
-    EXPECT_NE(readme->find(row(r.code, r.name)), std::string::npos) << row(r.code, r.name);
-  }
 }
 
 TEST_F(RefhostXulTest, IdIndexFollowsIdChangesAndStructure) {

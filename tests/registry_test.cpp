@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "core/spindleui.h"
@@ -34,13 +33,6 @@ TEST(RegistryTest, EveryNameGivesOneObjectForGood) {
   }
 }
 
-TEST(RegistryTest, OnlyExactWholeNamesMatch) {
-  const char* const misses[] = {"Profiles", "math", "Math ",    "Mat",        "MathX",
-                                " obj",     "",     "tabbasic", "settings\t", "xul-utils"};
-  for (const char* name : misses) EXPECT_EQ(findObject(name), nullptr) << '"' << name << '"';
-  EXPECT_EQ(findObject(nullptr), nullptr);
-}
-
 class UnmatchedCallTest : public testing_support::HostTest {};
 
 TEST_F(UnmatchedCallTest, EachObjectGivesItsOwnAnswerAndTouchesNothing) {
@@ -59,29 +51,6 @@ TEST_F(UnmatchedCallTest, EachObjectGivesItsOwnAnswerAndTouchesNothing) {
     EXPECT_EQ(Call(name, "noSuchMethod", refhost::Args()), expected) << name;
   }
   EXPECT_EQ(doc->toXml(), before);
-}
-
-TEST_F(UnmatchedCallTest, ObjAbcPrintsOnlyForOneInlineInteger) {
-  struct Case {
-    refhost::Args args;
-    const char* printed;
-  };
-  Case cases[] = {
-      {refhost::Args().integer(42), "value 42\n"},
-      {refhost::Args().integer(-7), "value -7\n"},
-      {refhost::Args().text("42"), ""},
-      {refhost::Args().integer(1).integer(2), ""},
-      {refhost::Args(), ""},
-  };
-  for (Case& c : cases) {
-    testing::internal::CaptureStdout();
-    EXPECT_TRUE(Call("obj", "abc", c.args));
-    std::fflush(stdout);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), c.printed);
-  }
-  testing::internal::CaptureStdout();
-  EXPECT_TRUE(Call("obj", "ABC", refhost::Args().integer(1)));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
 }  // namespace

@@ -220,20 +220,6 @@ TEST_F(TabBasicTest, EveryDevicePaperNameSelectsItsKeyword) {
   }
 }
 
-TEST_F(TabBasicTest, RegionShowsPostcardOrA6) {
-  Load(R"(<label id="JAPANESE_POSTCARD"/><label id="PPS_JPost"/><label id="A6"/>
-          <label id="PPS_A6"/>)");
-  for (const auto shipment :
-       {refhost::Shipment::kJapan, refhost::Shipment::kNorthAmerica, refhost::Shipment::kOther}) {
-    const std::string japan = shipment == refhost::Shipment::kJapan ? "true" : "false";
-    const std::string other = shipment == refhost::Shipment::kJapan ? "false" : "true";
-    refhost::region().setShipment(shipment);
-    EXPECT_TRUE(Run("setOSSettingsBasedPaperSize"));
-    EXPECT_EQ(Attr(u"JAPANESE_POSTCARD", u"hidden") + Attr(u"PPS_JPost", u"hidden"), other + other);
-    EXPECT_EQ(Attr(u"A6", u"hidden") + Attr(u"PPS_A6", u"hidden"), japan + japan);
-  }
-}
-
 TEST_F(TabBasicTest, OutputBinFollowsTheSelection) {
   Load(List("ePTKWJobOutputBin", {"Tray1", "Tray2"}, "Tray2") + List("empty", {"Tray1"}));
   Set(u"ePTKWJobOutputBin", u"value", u"Tray1");
@@ -356,29 +342,6 @@ TEST_F(ZoomTest, CustomMarginsReplaceTheTableMarginsOnBothPages) {
   Set(u"ePTKWPageCustomMargin_MarginTop", u"value", u"5000");
   Set(u"ePTKWPageCustomMargin_MarginBottom", u"value", u"15000.75");
   EXPECT_EQ(Zoom(), Fit(3496 - 708, 4960 - 708, 4960 - 472, 7015 - 472));
-}
-
-TEST_F(ZoomTest, OriginalFitsAtFullSizeAndSwitchesToFitThePage) {
-  Page("A4", "ORIGINAL");
-  ChangeLog changes;
-  sheet_.setChangeObserver(&changes);
-  EXPECT_EQ(Zoom(), "100");
-  sheet_.setChangeObserver(nullptr);
-  // A4 in tenths of a millimetre: 4960 dots = 2099, 7015 dots = 2969.
-  const std::vector<std::string> expected = {
-      "ePTKWPageScaling_CustomSquare_Scale.value=100",
-      "preview_lbMS.value=100%",
-      "ePTKWPageScaling.value=ePTKWPageScaling_None",
-      "ePTKWPageScaling.selectedIndex=0",
-      "ePTKWPageScalingScale_Height.disabled=true",
-      "ePTKWPageScalingScale_Width.disabled=true",
-      "ePTKWPageScaling.value=ePTKWPageScaling_FitApplicationMediaSizeToPageMediaSize",
-      "ePTKWPageScaling.selectedIndex=1",
-      "ePTKWPageScalingScale_Width.value=2099",
-      "ePTKWPageScalingScale_Height.value=2969",
-      "ePTKWPageScalingScale_Width.disabled=false",
-      "ePTKWPageScalingScale_Height.disabled=false"};
-  EXPECT_EQ(changes.log, expected);
 }
 
 TEST_F(ZoomTest, CustomFormsRoundHalvesDown) {

@@ -15,12 +15,12 @@
 #include "host/file.h"
 #include "host/settings.h"
 #include "refhost/backing_store.h"
-#include "refhost/dom.h"
 #include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/place_ref.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/text_values.h"
+#include "tools/loomsim/xml_check.h"
 
 namespace loomsim {
 namespace {
@@ -29,12 +29,7 @@ namespace {
 // as a settings tree and written to `ref` by a file store that may create the file.
 void WriteSettingsFile(Scenario& scenario, const PlaceRef& ref, std::string_view xml,
                        const std::string& source, int firstLine) {
-  std::string parserMessage;
-  int parserLine = 0;
-  if (!refhost::ParseXml(xml, &parserMessage, &parserLine)) {
-    throw SetupError{source + " is no XML at line " + std::to_string(firstLine + parserLine - 1) +
-                     ": " + parserMessage};
-  }
+  RequireWellFormedXml(xml, source, firstLine);
   const Loom::SmartPtr<refhost::MemoryBackingStore> content(new refhost::MemoryBackingStore());
   Loom::Services::PersistentSettings tree;
   tree.setBackingStoreIO(content);

@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "host/settings.h"
+#include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/settings_path.h"
 #include "tools/loomsim/text_values.h"
 #include "tools/loomsim/value_check.h"
+#include "tools/loomsim/xml_check.h"
 
 namespace loomsim {
 namespace {
@@ -46,7 +48,12 @@ void LoadTree(Scenario& scenario, Tree tree, const std::string& path) {
       new Loom::Services::FileBackingStoreIO(Loom::File(Loom::wstring(HostPath(file))), 0, 1)));
   const bool loaded = settings.loadSettings();
   settings.setBackingStoreIO(kept);
-  if (!loaded) throw SetupError{"cannot load " + file.string() + " as a settings document"};
+  if (!loaded) {
+    if (const std::optional<std::string> xml = refhost::ReadWholeFile(file)) {
+      RequireWellFormedXml(*xml, file.string(), 1);
+    }
+    throw SetupError{"cannot load " + file.string() + " as a settings document"};
+  }
 }
 
 Parsed ParseValue(StatementInput& input, Tree tree) {
