@@ -55,11 +55,12 @@ void CallWatch::onChange(const refhost::Change& change) {
       scenario_.NoteChange("+ " + label + attribute + " = " + ReportValue(change.newValue));
       break;
     case Kind::kAttributeChanged:
-      scenario_.NoteChange("~ " + label + attribute + " = " + ReportValue(change.newValue) + " (was " +
-                           ReportValue(change.oldValue) + ")");
+      scenario_.NoteChange("~ " + label + attribute + " = " + ReportValue(change.newValue) +
+                           " (was " + ReportValue(change.oldValue) + ")");
       break;
     case Kind::kAttributeRemoved:
-      scenario_.NoteChange("- " + label + attribute + " (was " + ReportValue(change.oldValue) + ")");
+      scenario_.NoteChange("- " + label + attribute + " (was " + ReportValue(change.oldValue) +
+                           ")");
       break;
     case Kind::kElementAdded:
       scenario_.NoteChange("+ " + StartTag(*change.element) + " added to " +
@@ -90,7 +91,8 @@ std::vector<std::string> CallWatch::Finish() {
   }
   if (!last.printed.empty()) lines.push_back("> printed " + ReportValue(last.printed));
   last.messages = scenario_.messageBoxes().Take();
-  for (const std::string& message : last.messages) lines.push_back("! message " + ReportValue(message));
+  for (const std::string& message : last.messages)
+    lines.push_back("! message " + ReportValue(message));
   return lines;
 }
 

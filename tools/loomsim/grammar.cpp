@@ -132,7 +132,8 @@ Parsed ParseStatement(std::span<const Facility> facilities, std::string_view tex
     cursor.Accept(first);
     const std::vector<std::string_view> choices = Choices(facilities, first);
     const std::string_view rest = cursor.Rest();
-    throw ParseError(ChoicesText(choices, first), std::string(rest), Suggestion(choices, first, rest));
+    throw ParseError(ChoicesText(choices, first), std::string(rest),
+                     Suggestion(choices, first, rest));
   }
   MatchHead(cursor, best->head);
   StatementInput input(cursor, block);

@@ -38,16 +38,15 @@ std::filesystem::path FirstExisting(std::initializer_list<std::filesystem::path>
 std::filesystem::path TourFile(const std::filesystem::path& programDirectory) {
   const std::filesystem::path tour = std::filesystem::path("samples") / "tour.scn";
   return FirstExisting({programDirectory / ".." / LOOMSIM_DATA_DIR / tour,
-                        std::filesystem::path(LOOMSIM_SOURCE_DIR) / tour,
-                        programDirectory / tour});
+                        std::filesystem::path(LOOMSIM_SOURCE_DIR) / tour, programDirectory / tour});
 }
 
 // The library: beside the program in a build, in the prefix's library directory when
 // installed.
 std::filesystem::path LibraryFile(const std::filesystem::path& programDirectory) {
-  return FirstExisting({loomsim::Library::InDirectory(programDirectory),
-                        loomsim::Library::InDirectory(programDirectory / ".." /
-                                                      LOOMSIM_LIBRARY_DIR)});
+  return FirstExisting(
+      {loomsim::Library::InDirectory(programDirectory),
+       loomsim::Library::InDirectory(programDirectory / ".." / LOOMSIM_LIBRARY_DIR)});
 }
 
 }  // namespace
@@ -65,8 +64,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   const std::filesystem::path programDirectory = ProgramDirectory(argv[0]);
-  const loomsim::Library library(
-      line->library.value_or(LibraryFile(programDirectory)).string());
+  const loomsim::Library library(line->library.value_or(LibraryFile(programDirectory)).string());
   if (!library.ok()) {
     std::cerr << "loomsim: cannot load the library: " << library.error() << '\n';
     return 1;

@@ -44,8 +44,8 @@ void DiffSettings(std::string_view tree, const SettingsSnapshot& before,
     if (old == oldValues.end()) {
       lines.push_back("+ " + prefix + path + " = " + ReportValue(value));
     } else if (old->second != value) {
-      lines.push_back("~ " + prefix + path + " = " + ReportValue(value) + " (was " + ReportValue(old->second) +
-                      ")");
+      lines.push_back("~ " + prefix + path + " = " + ReportValue(value) + " (was " +
+                      ReportValue(old->second) + ")");
     }
   }
   for (const auto& [path, value] : before) {
