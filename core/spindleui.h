@@ -16,15 +16,17 @@ extern "C" SPINDLE_EXPORT xClass* findObject(const char* name);
 // Every pointer lives only while the hook runs.
 struct SpindleUnmatchedCall {
   const char* object;  // the object's registered name
-  const char* method;  // the method name the script gave (null when it gave none)
-  int argc;            // the records the call carried
+  const char* method;  // as the script gave it; null when it gave none
+  int argc;
   const xarg_entry* args;
-  const char* nearest;    // the nearest method of the object's table, or null for none
-  int differingArgument;  // index of the first argument the nearest method does not
-                          // take as given; -1 when the kinds are not what differs
-  const char* reason;     // all of it in one line, for people who maintain the pages:
-                          // "no method matched Math.rnd(document, double): did you
-                          // mean round(document, number)?"
+  // The nearest method of the object's table; null when none is near.
+  const char* nearest;
+  // The first argument the nearest method does not take as given; -1 when the kinds are
+  // not what differs.
+  int differingArgument;
+  // All of it in one line, for the people who maintain the pages: "no method matched
+  // Math.rnd(document, double): did you mean round(document, number)?"
+  const char* reason;
 };
 using SpindleDiagnosticsHook = void (*)(const SpindleUnmatchedCall* call);
 
