@@ -13,27 +13,26 @@ SpindleDiagnosticsHook g_diagnosticsHook = nullptr;
 
 namespace {
 
+struct KindNameRow {
+  std::uint32_t kind;
+  const char* name;
+};
+constexpr KindNameRow kKindNames[] = {
+    {kAnyKind, "any"},
+    {kAnyNumber, "number"},
+    {Loom::kArgInteger, "integer"},
+    {Loom::kArgString, "string"},
+    {Loom::kArgFloat, "float"},
+    {Loom::kArgDouble, "double"},
+    {Loom::kArgDocument, "document"},
+    {Loom::kArgElement, "element"},
+};
+
 std::string KindName(std::uint32_t kind) {
-  switch (kind) {
-    case kAnyKind:
-      return "any";
-    case kAnyNumber:
-      return "number";
-    case Loom::kArgInteger:
-      return "integer";
-    case Loom::kArgString:
-      return "string";
-    case Loom::kArgFloat:
-      return "float";
-    case Loom::kArgDouble:
-      return "double";
-    case Loom::kArgDocument:
-      return "document";
-    case Loom::kArgElement:
-      return "element";
-    default:
-      return "kind " + std::to_string(kind);
+  for (const KindNameRow& row : kKindNames) {
+    if (row.kind == kind) return row.name;
   }
+  return "kind " + std::to_string(kind);
 }
 
 // A record as the call gave it; a string record without a string is no string.

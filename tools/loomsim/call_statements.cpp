@@ -262,41 +262,46 @@ Parsed ParseRefsExpectation(StatementInput& input) {
           }};
 }
 
+// A text the last call may have left (its exception's message, the reason it matched
+// nothing), and how a check names its absence.
+struct CallText {
+  std::optional<std::string> LastCall::*text;
+  std::string_view word;    // "exception", "reason"
+  std::string_view quoted;  // what the statement's quoted text is
+};
+constexpr CallText kException{&LastCall::exception, "exception",
+                              "the quoted message of the exception"};
+constexpr CallText kReason{&LastCall::unmatched, "reason",
+                           "the quoted reason the call matched nothing"};
+
+// expect exception "message", expect reason "text": the last call left exactly that.
+Parsed TextExpectation(StatementInput& input, const CallText& kind) {
+  const std::string expected = input.cursor().Text(kind.quoted);
+  return {"expect " + std::string(kind.word) + " " + Quote(expected),
+          [expected, kind](Scenario& scenario) {
+            if (const LastCall* last = scenario.LastCallForCheck()) {
+              const std::optional<std::string>& got = last->*kind.text;
+              scenario.Check(got == expected, got ? Quote(*got) : "no " + std::string(kind.word));
+            }
+          }};
+}
+
+// expect no exception, expect no reason: the last call left none.
+Parsed NoTextExpectation(const CallText& kind) {
+  return {"expect no " + std::string(kind.word), [kind](Scenario& scenario) {
+            if (const LastCall* last = scenario.LastCallForCheck()) {
+              const std::optional<std::string>& got = last->*kind.text;
+              scenario.Check(!got, got ? Quote(*got) : "");
+            }
+          }};
+}
+
 Parsed ParseExceptionExpectation(StatementInput& input) {
-  const std::string message = input.cursor().Text("the quoted message of the exception");
-  return {"expect exception " + Quote(message), [message](Scenario& scenario) {
-            if (const LastCall* last = scenario.LastCallForCheck()) {
-              scenario.Check(last->exception == message,
-                             last->exception ? Quote(*last->exception) : "no exception");
-            }
-          }};
+  return TextExpectation(input, kException);
 }
-
-Parsed ParseReasonExpectation(StatementInput& input) {
-  const std::string reason = input.cursor().Text("the quoted reason the call matched nothing");
-  return {"expect reason " + Quote(reason), [reason](Scenario& scenario) {
-            if (const LastCall* last = scenario.LastCallForCheck()) {
-              scenario.Check(last->unmatched == reason,
-                             last->unmatched ? Quote(*last->unmatched) : "no reason");
-            }
-          }};
-}
-
-Parsed ParseNoReasonExpectation(StatementInput&) {
-  return {"expect no reason", [](Scenario& scenario) {
-            if (const LastCall* last = scenario.LastCallForCheck()) {
-              scenario.Check(!last->unmatched, last->unmatched ? Quote(*last->unmatched) : "");
-            }
-          }};
-}
-
-Parsed ParseNoExceptionExpectation(StatementInput&) {
-  return {"expect no exception", [](Scenario& scenario) {
-            if (const LastCall* last = scenario.LastCallForCheck()) {
-              scenario.Check(!last->exception, last->exception ? Quote(*last->exception) : "");
-            }
-          }};
-}
+Parsed ParseReasonExpectation(StatementInput& input) { return TextExpectation(input, kReason); }
+Parsed ParseNoExceptionExpectation(StatementInput&) { return NoTextExpectation(kException); }
+Parsed ParseNoReasonExpectation(StatementInput&) { return NoTextExpectation(kReason); }
 
 constexpr StatementForm kForms[] = {
     {"call", "call OBJECT.METHOD(ARG, ...)\ncall OBJECT", ParseCall},
