@@ -8,6 +8,7 @@
 #include "tools/loomsim/element_ref.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/scenario.h"
+#include "tools/loomsim/source_text.h"
 #include "tools/loomsim/text_values.h"
 #include "tools/loomsim/value_check.h"
 
@@ -48,8 +49,10 @@ void Load(Scenario& scenario, const std::string& name, std::string_view xml, int
 
 void LoadFile(Scenario& scenario, const std::string& name, const std::string& path) {
   const std::filesystem::path file = scenario.directory() / path;
+  const std::string xml = ReadSourceFile(file);
   try {
-    Loom::SmartPtr<refhost::Document> document = scenario.sheet().loadDocumentFile(file);
+    Loom::SmartPtr<refhost::Document> document =
+        scenario.sheet().loadDocument(xml, file.filename().string());
     scenario.AddDocument(name, *document);
   } catch (const refhost::LoadError& error) {
     throw SetupError{"bad XUL in " + file.string() + " at line " + std::to_string(error.line()) +

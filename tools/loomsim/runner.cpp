@@ -1,15 +1,13 @@
 #include "tools/loomsim/runner.h"
 
-#include <cerrno>
-#include <cstring>
 #include <exception>
-#include <fstream>
 #include <optional>
 #include <vector>
 
 #include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/scenario.h"
+#include "tools/loomsim/source_text.h"
 #include "tools/loomsim/statement_reader.h"
 
 namespace loomsim {
@@ -54,14 +52,6 @@ std::optional<std::vector<Step>> ParseFile(std::string_view text, Report& report
     report.Error(error);
     return std::nullopt;
   }
-}
-
-// Why `file` cannot be read, in the system's words ("No such file or directory").
-std::string ReadFailure(const std::filesystem::path& file) {
-  std::error_code error;
-  if (std::filesystem::is_directory(file, error)) return std::strerror(EISDIR);
-  std::ifstream probe(file, std::ios::binary);
-  return probe ? std::string("read error") : std::strerror(errno);
 }
 
 void RunSteps(Scenario& scenario, std::vector<Step>& steps, Report& report) {

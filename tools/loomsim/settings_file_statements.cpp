@@ -7,7 +7,6 @@
 // that is no settings tree stops the scenario where it is written, not later in a call
 // that quietly fails to read it.
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -15,12 +14,11 @@
 #include "host/file.h"
 #include "host/settings.h"
 #include "refhost/backing_store.h"
-#include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/place_ref.h"
 #include "tools/loomsim/scenario.h"
+#include "tools/loomsim/source_text.h"
 #include "tools/loomsim/text_values.h"
-#include "tools/loomsim/xml_check.h"
 
 namespace loomsim {
 namespace {
@@ -57,9 +55,7 @@ Parsed ParseSettingsFile(StatementInput& input) {
     const std::string source = cursor.Text("a quoted path to a settings file");
     return {echo + " file " + Quote(source), [ref, source](Scenario& scenario) {
               const std::filesystem::path file = scenario.directory() / source;
-              const std::optional<std::string> xml = refhost::ReadWholeFile(file);
-              if (!xml) throw SetupError{"cannot read " + file.string()};
-              WriteSettingsFile(scenario, ref, *xml, file.string(), 1);
+              WriteSettingsFile(scenario, ref, ReadSourceFile(file), file.string(), 1);
             }};
   }
   if (!input.hasBlock()) cursor.Fail("file \"path.xml\" or a <<END block");

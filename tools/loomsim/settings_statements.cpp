@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "host/settings.h"
-#include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/settings_path.h"
+#include "tools/loomsim/source_text.h"
 #include "tools/loomsim/text_values.h"
 #include "tools/loomsim/value_check.h"
-#include "tools/loomsim/xml_check.h"
 
 namespace loomsim {
 namespace {
@@ -49,9 +48,7 @@ void LoadTree(Scenario& scenario, Tree tree, const std::string& path) {
   const bool loaded = settings.loadSettings();
   settings.setBackingStoreIO(kept);
   if (!loaded) {
-    if (const std::optional<std::string> xml = refhost::ReadWholeFile(file)) {
-      RequireWellFormedXml(*xml, file.string(), 1);
-    }
+    RequireWellFormedXml(ReadSourceFile(file), file.string(), 1);
     throw SetupError{"cannot load " + file.string() + " as a settings document"};
   }
 }
