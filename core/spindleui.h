@@ -37,19 +37,18 @@ extern "C" SPINDLE_EXPORT SpindleDiagnosticsHook setDiagnosticsHook(SpindleDiagn
 // The element with `id` in `doc`, searched as the host's findElement does (so "args"
 // resolves to the document's script-argument element); null for a null document or
 // when nothing is found.
-SPINDLE_EXPORT Loom::SmartPtr<Loom::XUL::xXULElem> getXULElembyID(
+extern "C" SPINDLE_EXPORT Loom::SmartPtr<Loom::XUL::xXULElem> getXULElembyID(
     Loom::wstring id, Loom::SmartPtr<Loom::XUL::xXULDoc> doc);
 
 // Replaces the items of the item list `targetId` in `targetDoc` by copies of the items
 // of `sourceId` in `sourceDoc`, except the source's first item.
-SPINDLE_EXPORT void copyMenulistItems(Loom::wstring targetId, Loom::wstring sourceId,
-                                      Loom::SmartPtr<Loom::XUL::xXULDoc> targetDoc,
-                                      Loom::SmartPtr<Loom::XUL::xXULDoc> sourceDoc);
+extern "C" SPINDLE_EXPORT void copyMenulistItems(Loom::wstring targetId, Loom::wstring sourceId,
+                                                 Loom::SmartPtr<Loom::XUL::xXULDoc> targetDoc,
+                                                 Loom::SmartPtr<Loom::XUL::xXULDoc> sourceDoc);
 
 // Which print job types the account settings allow: (universal driver, user
 // authentication, private restriction, hold restriction) into (paper, private, hold,
 // proof, schedule, box). Outputs a combination does not decide keep the caller's values.
-SPINDLE_EXPORT void getPrintJobFlagByAccoutSettings(bool universal, bool userAuthentication,
-                                                    bool privateRestriction, bool holdRestriction,
-                                                    bool& paper, bool& privatePrint, bool& hold,
-                                                    bool& proof, bool& schedule, bool& box);
+extern "C" SPINDLE_EXPORT void getPrintJobFlagByAccoutSettings(
+    bool universal, bool userAuthentication, bool privateRestriction, bool holdRestriction,
+    bool& paper, bool& privatePrint, bool& hold, bool& proof, bool& schedule, bool& box);

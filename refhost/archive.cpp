@@ -99,7 +99,7 @@ std::optional<std::filesystem::path> ExtractionTarget(const Loom::wstring& membe
                                                       const Loom::File& directory) {
   std::string name = Utf8(member);
   std::replace(name.begin(), name.end(), '\\', '/');
-  const std::filesystem::path relative(name);
+  const std::filesystem::path relative = PathFromUtf8(name);
   const bool driveLetter = name.size() >= 2 && name[1] == ':';
   if (name.empty() || name.front() == '/' || driveLetter || relative.filename().empty()) {
     return std::nullopt;

@@ -1,16 +1,11 @@
 #include "refhost/file_io.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 #include <utility>
 
+#include "refhost/durable_file.h"
 #include "refhost/text.h"
 
 namespace refhost {
@@ -18,27 +13,24 @@ namespace {
 
 bool g_fail_next_commit = false;
 
-// Writes all of `bytes`, retrying short writes and interrupted calls.
-bool WriteAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
+}  // namespace
+
+std::filesystem::path PathFromUtf8(std::string_view utf8) {
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
-}  // namespace
+std::string Utf8Path(const std::filesystem::path& path) {
+  const std::u8string utf8 = path.u8string();
+  return std::string(utf8.begin(), utf8.end());
+}
 
 std::filesystem::path NativePath(const Loom::File& file) {
   std::string path = Utf8(file.path());
   for (char& c : path) {
     if (c == '\\') c = '/';
   }
-  return std::filesystem::path(path);
+  return PathFromUtf8(path);
 }
-
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
@@ -52,18 +44,12 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
 bool WriteFileAtomically(const std::filesystem::path& path, std::string_view bytes) {
   // The temporary file lives in the target's directory: rename is atomic only within
   // one file system.
-  std::string temp_name = path.string() + ".tmp-XXXXXX";
-  const int fd = ::mkstemp(temp_name.data());
-  if (fd < 0) return false;
-  // mkstemp creates the file 0600; a settings file is as readable as any other.
-  ::fchmod(fd, 0644);
-  const bool written = WriteAll(fd, bytes) && ::fsync(fd) == 0;
-  const bool closed = ::close(fd) == 0;
+  const std::optional<std::filesystem::path> temporary = WriteTemporaryBeside(path, bytes);
+  if (!temporary) return false;
   const bool commit_allowed = !std::exchange(g_fail_next_commit, false);
-  if (written && closed && commit_allowed && std::rename(temp_name.c_str(), path.c_str()) == 0) {
-    return true;
-  }
-  ::unlink(temp_name.c_str());
+  if (commit_allowed && MoveOver(*temporary, path)) return true;
+  std::error_code ignored;
+  std::filesystem::remove(*temporary, ignored);
   return false;
 }
 

@@ -15,6 +15,11 @@
 
 namespace refhost {
 
+// A path given in UTF-8, and a path in UTF-8, whatever the platform's own encoding of
+// paths (UTF-16 on Windows, where std::string paths would mean the ANSI code page).
+std::filesystem::path PathFromUtf8(std::string_view utf8);
+std::string Utf8Path(const std::filesystem::path& path);
+
 // The native path of a host path. Both '\' and '/' separate names in host paths.
 std::filesystem::path NativePath(const Loom::File& file);
 

@@ -14,16 +14,18 @@
 // When "TEMPLATE"[buttonKey] of `settings` equals `profileName` exactly, empties it and
 // answers true; otherwise answers false with the value unchanged. Reading the key creates
 // it (empty) when it was missing.
-SPINDLE_EXPORT bool removeTemplate(const Loom::string& profileName, const Loom::string& buttonKey,
-                                   Loom::Services::PersistentSettings& settings);
+extern "C" SPINDLE_EXPORT bool removeTemplate(const Loom::string& profileName,
+                                              const Loom::string& buttonKey,
+                                              Loom::Services::PersistentSettings& settings);
 
 // Clears `profileName` from every template button of the user settings tree of `doc`'s
 // window (removeTemplate for buttons 1 to 6, in order). Nothing for a null document. The
 // tree is not saved: the caller saves it with its own change.
-SPINDLE_EXPORT void updateTemplates(const Loom::string& profileName,
-                                    Loom::SmartPtr<Loom::XUL::xXULDoc> doc);
+extern "C" SPINDLE_EXPORT void updateTemplates(const Loom::string& profileName,
+                                               Loom::SmartPtr<Loom::XUL::xXULDoc> doc);
 
 // When `buttonId` is one of the twelve apply and edit button ids (exact), writes its
 // button's label prefix ("tmpl_lbl_but4_" for "but_Tmplt9in1") into `prefix` and answers
 // true; otherwise leaves `prefix` as it is and answers false.
-SPINDLE_EXPORT bool getTmplLblPrefix(const Loom::wstring& buttonId, Loom::wstring& prefix);
+extern "C" SPINDLE_EXPORT bool getTmplLblPrefix(const Loom::wstring& buttonId,
+                                                Loom::wstring& prefix);

@@ -56,11 +56,12 @@ TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
   const FileSnapshot before = TakeFileSnapshot(root);
   write(root / "user" / "sub" / "edited.xml", "abd");  // same size, new content
   std::filesystem::remove(root / "driver" / "gone.zip");
-  write(root / "driver" / "new \"one\".txt", "12345");
+  // A name in UTF-8, whatever the system's own encoding of file names.
+  write(root / "driver" / std::filesystem::path(u8"new \u00fc.txt"), "12345");
   std::vector<std::string> lines;
   DiffFiles(before, TakeFileSnapshot(root), lines);
   EXPECT_EQ(lines, (std::vector<std::string>{
-                       "+ file driver:\"new \\\"one\\\".txt\" (5 bytes)",
+                       "+ file driver:\"new \u00fc.txt\" (5 bytes)",
                        "~ file user:\"sub/edited.xml\" (3 bytes)",
                        "- file driver:\"gone.zip\"",
                    }));

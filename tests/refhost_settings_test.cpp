@@ -32,7 +32,9 @@ std::string ReadText(const fs::path& path) {
   return refhost::ReadWholeFile(path).value_or("<none>");
 }
 
-void WriteText(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
+void WriteText(const fs::path& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
 
 class RefhostSettingsTest : public testing_support::HostTest {
  protected:
@@ -56,7 +58,8 @@ class RefhostSettingsTest : public testing_support::HostTest {
   }
   std::vector<std::string> DirEntries() const {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(dir_)) names.push_back(entry.path().filename());
+    for (const auto& entry : fs::directory_iterator(dir_))
+      names.push_back(entry.path().filename().string());
     return names;
   }
 

@@ -1,22 +1,20 @@
 // Loading and unloading the shared library as the host does: the created objects are
 // destroyed at unload, once each, in registry order; objects never asked for are not.
 // A fresh instance of the library has created nothing yet.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 #include "refhost/accounting.h"
+#include "tools/loomsim/library.h"
 
 namespace {
 
-using FindObject = xClass* (*)(const char*);
-
 TEST(UnloadTest, DestroysCreatedObjectsOnceInRegistryOrder) {
-  void* library = dlopen(SPINDLE_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL);
-  ASSERT_NE(library, nullptr) << dlerror();
-  auto findObject = reinterpret_cast<FindObject>(dlsym(library, "findObject"));
-  ASSERT_NE(findObject, nullptr);
+  auto library = std::make_unique<loomsim::Library>(SPINDLE_LIBRARY_PATH);
+  ASSERT_TRUE(library->ok()) << library->error();
+  const loomsim::Library::FindObject findObject = library->finder();
 
   // The host out of memory: null, and the next request tries again.
   refhost::failNextBaseAllocation();
@@ -31,7 +29,7 @@ TEST(UnloadTest, DestroysCreatedObjectsOnceInRegistryOrder) {
   ASSERT_EQ(findObject("Math"), math);
   EXPECT_EQ(refhost::liveBaseObjects(), objectsBefore + 3);
 
-  ASSERT_EQ(dlclose(library), 0);
+  library.reset();  // unloads
 
   const std::vector<const xClass*>& destroyed = refhost::destroyedObjects();
   ASSERT_EQ(destroyed.size(), destroyedBefore + 3);

@@ -41,7 +41,8 @@ FileSnapshot TakeFileSnapshot(const std::filesystem::path& root) {
   for (auto it = std::filesystem::recursive_directory_iterator(root, error);
        !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
     if (!it->is_regular_file(error)) continue;
-    const std::string relative = it->path().lexically_relative(root).generic_string();
+    const std::u8string generic = it->path().lexically_relative(root).generic_u8string();
+    const std::string relative(generic.begin(), generic.end());
     snapshot[relative] = FileState{it->file_size(error), HashOf(it->path())};
   }
   return snapshot;

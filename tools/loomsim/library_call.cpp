@@ -1,69 +1,18 @@
 #include "tools/loomsim/library_call.h"
 
-#include <setjmp.h>
-#include <signal.h>
-
 #include <exception>
-#include <iterator>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "host/xclass.h"
+#include "tools/loomsim/fault_guard.h"
 
 namespace loomsim {
 namespace {
 
-struct Fault {
-  int signal;
-  const char* text;
-};
-constexpr Fault kFaults[] = {
-    {SIGSEGV, "invalid memory access (SIGSEGV)"},
-    {SIGBUS, "bus error (SIGBUS)"},
-    {SIGFPE, "arithmetic fault (SIGFPE)"},
-    {SIGILL, "illegal instruction (SIGILL)"},
-};
-
-// The innermost call in progress, which a fault jumps back to.
-sigjmp_buf* g_innermost = nullptr;
 // Where the innermost call in progress keeps the reason it matched nothing.
 std::optional<std::string>* g_unmatched = nullptr;
-
-void OnFault(int signal) {
-  if (g_innermost != nullptr) siglongjmp(*g_innermost, signal);
-  // Not inside a call: the fault is the runner's own, and ends it as it would have.
-  ::signal(signal, SIG_DFL);
-  raise(signal);
-}
-
-// Sends the faults to OnFault while the outermost call runs.
-class FaultHandlers {
- public:
-  FaultHandlers() {
-    struct sigaction action = {};
-    action.sa_handler = OnFault;
-    sigemptyset(&action.sa_mask);
-    for (std::size_t i = 0; i < std::size(kFaults); ++i) {
-      sigaction(kFaults[i].signal, &action, &previous_[i]);
-    }
-  }
-  ~FaultHandlers() {
-    for (std::size_t i = 0; i < std::size(kFaults); ++i) {
-      sigaction(kFaults[i].signal, &previous_[i], nullptr);
-    }
-  }
-  FaultHandlers(const FaultHandlers&) = delete;
-  FaultHandlers& operator=(const FaultHandlers&) = delete;
-
- private:
-  struct sigaction previous_[std::size(kFaults)];
-};
-
-std::string FaultText(int signal) {
-  for (const Fault& fault : kFaults) {
-    if (fault.signal == signal) return fault.text;
-  }
-  return "signal " + std::to_string(signal);
-}
 
 CallOutcome Call(ObjectFinder finder, const std::string& object, const std::string& method,
                  refhost::Args& args) {
@@ -91,22 +40,16 @@ void NoteUnmatchedCall(const SpindleUnmatchedCall* call) {
 
 CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const std::string& method,
                         refhost::Args& args) {
-  sigjmp_buf* const outer = g_innermost;
-  std::optional<FaultHandlers> handlers;
-  if (outer == nullptr) handlers.emplace();
-  sigjmp_buf here;
+  CallOutcome outcome;
   std::optional<std::string>* const outerUnmatched = g_unmatched;
-  if (const int signal = sigsetjmp(here, 1); signal != 0) {
-    g_innermost = outer;
-    g_unmatched = outerUnmatched;
-    CallOutcome crashed;
-    crashed.objectFound = true;
-    crashed.fault = FaultText(signal);
-    return crashed;
+  std::optional<std::string> fault =
+      RunCatchingFaults([&] { outcome = Call(finder, object, method, args); });
+  if (fault) {
+    g_unmatched = outerUnmatched;  // the fault jumped past Call's own restoring
+    outcome = CallOutcome{};
+    outcome.objectFound = true;
+    outcome.fault = std::move(fault);
   }
-  g_innermost = &here;
-  CallOutcome outcome = Call(finder, object, method, args);
-  g_innermost = outer;
   return outcome;
 }
 

@@ -10,6 +10,7 @@
 #include "tools/loomsim/command_line.h"
 #include "tools/loomsim/library.h"
 #include "tools/loomsim/runner.h"
+#include "tools/loomsim/system.h"
 
 namespace {
 
@@ -17,9 +18,9 @@ constexpr int kUsageError = 2;
 
 // The directory of the running program, wherever it was started from.
 std::filesystem::path ProgramDirectory(const char* argv0) {
+  const std::filesystem::path self = loomsim::RunningProgram();
+  if (!self.empty()) return self.parent_path();
   std::error_code error;
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-  if (!error) return self.parent_path();
   return std::filesystem::absolute(argv0, error).parent_path();
 }
 

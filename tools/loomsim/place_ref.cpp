@@ -1,5 +1,6 @@
 #include "tools/loomsim/place_ref.h"
 
+#include "refhost/file_io.h"
 #include "tools/loomsim/text_values.h"
 
 namespace loomsim {
@@ -14,7 +15,7 @@ std::string PlaceChoices() {
 }
 
 bool StaysInside(const std::string& path) {
-  const std::filesystem::path relative(path);
+  const std::filesystem::path relative = refhost::PathFromUtf8(path);
   if (path.empty() || relative.is_absolute() || path.starts_with('/')) return false;
   for (const std::filesystem::path& part : relative) {
     if (part == "..") return false;
@@ -41,7 +42,7 @@ PlaceRef ParsePlaceRef(Cursor& cursor) {
 std::string PlaceRefText(const PlaceRef& ref) { return ref.place + ":" + Quote(ref.path); }
 
 std::filesystem::path ResolvePlace(const Sandbox& sandbox, const PlaceRef& ref) {
-  return *sandbox.Place(ref.place) / ref.path;
+  return *sandbox.Place(ref.place) / refhost::PathFromUtf8(ref.path);
 }
 
 }  // namespace loomsim

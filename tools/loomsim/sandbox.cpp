@@ -1,12 +1,11 @@
 #include "tools/loomsim/sandbox.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <string>
 #include <system_error>
+
+#include "tools/loomsim/system.h"
 
 namespace loomsim {
 namespace {
@@ -22,12 +21,7 @@ bool IsPlace(std::string_view name) {
 }
 
 Sandbox::Sandbox() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "loomsim-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) {
-    throw std::filesystem::filesystem_error("cannot create a temporary directory", pattern,
-                                            std::error_code(errno, std::generic_category()));
-  }
-  root_ = pattern;
+  root_ = MakeTemporaryDirectory("loomsim-");
   for (std::string_view place : kPlaces) std::filesystem::create_directory(root_ / place);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "refhost/accounting.h"
+#include "refhost/file_io.h"
 #include "tools/loomsim/grammar.h"
 #include "tools/loomsim/text_values.h"
 
@@ -25,8 +26,9 @@ constexpr PlaceProperty kPlaceProperties[] = {
 }  // namespace
 
 std::u16string HostPath(const std::filesystem::path& path) {
-  std::optional<std::u16string> wide = WideText(path.string());
-  if (!wide) throw SetupError{"the path " + Quote(path.string()) + " is not UTF-8"};
+  const std::string utf8 = refhost::Utf8Path(path);
+  std::optional<std::u16string> wide = WideText(utf8);
+  if (!wide) throw SetupError{"the path " + Quote(utf8) + " is not UTF-8"};
   return *wide;
 }
 

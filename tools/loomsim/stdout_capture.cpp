@@ -51,9 +51,11 @@ std::string StdoutCapture::Finish() {
   saved_ = -1;
   std::string printed;
   char buffer[4096];
-  off_t offset = 0;
-  for (ssize_t n; (n = pread(captured_, buffer, sizeof buffer, offset)) > 0; offset += n) {
-    printed.append(buffer, static_cast<std::size_t>(n));
+  // lseek and read rather than pread, which Windows' C library lacks.
+  if (lseek(captured_, 0, SEEK_SET) == 0) {
+    for (int n; (n = static_cast<int>(read(captured_, buffer, sizeof buffer))) > 0;) {
+      printed.append(buffer, static_cast<std::size_t>(n));
+    }
   }
   Restore();
   return printed;

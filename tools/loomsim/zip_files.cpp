@@ -2,6 +2,8 @@
 
 #include <zip.h>
 
+#include "refhost/file_io.h"
+
 namespace loomsim {
 namespace {
 
@@ -15,10 +17,11 @@ std::string OpenError(int code) {
 
 }  // namespace
 
+// libzip takes file names in UTF-8 on every platform.
 std::optional<std::string> WriteZipMember(const std::filesystem::path& path,
                                           const std::string& member, std::string_view bytes) {
   int code = 0;
-  zip_t* archive = zip_open(path.c_str(), ZIP_CREATE, &code);
+  zip_t* archive = zip_open(refhost::Utf8Path(path).c_str(), ZIP_CREATE, &code);
   if (archive == nullptr) return OpenError(code);
   // libzip reads the buffer when the archive is closed; `bytes` outlives that.
   zip_source_t* source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
@@ -40,7 +43,7 @@ std::optional<std::string> WriteZipMember(const std::filesystem::path& path,
 std::optional<bool> ZipHasMember(const std::filesystem::path& path, const std::string& member,
                                  std::string& error) {
   int code = 0;
-  zip_t* archive = zip_open(path.c_str(), ZIP_RDONLY, &code);
+  zip_t* archive = zip_open(refhost::Utf8Path(path).c_str(), ZIP_RDONLY, &code);
   if (archive == nullptr) {
     error = OpenError(code);
     return std::nullopt;
