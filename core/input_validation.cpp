@@ -317,7 +317,9 @@ bool xInputValidation::VerifyInvalidDeptCode(spindle::CallArgs& args) {
   // The model-independent driver may send the job to any model, so it keeps only what
   // every model takes as a department code: digits. A model's own driver keeps the
   // department code characters of VerifyDeptCode.
-  Text text = KeepOnly(typed, spindle::IsUniversalDriver(args.doc(0)) ? CharTest(IsDigit) : CharTest(IsDeptCodeCharacter));
+  Text text =
+      KeepOnly(typed, spindle::IsUniversalDriver(args.doc(0)) ? CharTest(IsDigit)
+                                                              : CharTest(IsDeptCodeCharacter));
   CutTo(text, limit);
   Correct(field, text);
   return true;

@@ -20,8 +20,8 @@ constexpr int kReadOnly = 1;
 constexpr int kCreate = 1;
 constexpr int kWritable = 0;
 
-Loom::Services::PersistentItem* Find(Loom::Services::PersistentItem& root,
-                                     std::string_view section, std::string_view key) {
+Loom::Services::PersistentItem* Find(Loom::Services::PersistentItem& root, std::string_view section,
+                                     std::string_view key) {
   Loom::Services::PersistentItem* node = root.find(Loom::string(section));
   return node == nullptr ? nullptr : node->find(Loom::string(key));
 }

@@ -85,7 +85,8 @@ bool xCommonPart::UpdatePrintJobList(spindle::CallArgs& args) {
   if (!properties || properties->getString("loom.driver.name").empty()) return true;
 
   const bool useUserAuth = spindle::DeviceFlag(doc, "ACCTSETTINGS", "UseUserAuthentication");
-  const bool privateRestriction = spindle::DeviceFlag(doc, "ACCTSETTINGS", "PrivatePrintRestriction");
+  const bool privateRestriction =
+      spindle::DeviceFlag(doc, "ACCTSETTINGS", "PrivatePrintRestriction");
   const bool holdRestriction = spindle::DeviceFlag(doc, "ACCTSETTINGS", "HoldPrintRestriction");
   const bool vaultboxEnabled = spindle::DeviceFlag(doc, "VAULTBOX", "Enabled");
   const bool universal = spindle::IsUniversalDriver(doc);

@@ -15,7 +15,10 @@ const spindle::Method<xSchedule> xSchedule::kMethods[] = {
      &xSchedule::FormatDate},
     {{"formatTime", Count::kExactly, 3, {Loom::kArgDocument, Loom::kArgElement, Loom::kArgElement}},
      &xSchedule::FormatTime},
-    {{"hasTimeElapsed", Count::kExactly, 3, {Loom::kArgDocument, Loom::kArgString, Loom::kArgString}},
+    {{"hasTimeElapsed",
+      Count::kExactly,
+      3,
+      {Loom::kArgDocument, Loom::kArgString, Loom::kArgString}},
      &xSchedule::HasTimeElapsed},
     {{"displayTime",
       Count::kExactly,
@@ -120,13 +123,14 @@ bool xSchedule::HasTimeElapsed(spindle::CallArgs& args) {
   if (!vars) return false;
   const Loom::wstring date = spindle::Widen(args.str(1));
   const Loom::wstring time = spindle::Widen(args.str(2));
-  const auto scheduled = std::make_tuple(FieldNumber(date, 0, 4), FieldNumber(date, 4, 2),
-                                         FieldNumber(date, 6, 2), FieldNumber(time, 0, 2),
-                                         FieldNumber(time, 2, 2));
+  const auto scheduled =
+      std::make_tuple(FieldNumber(date, 0, 4), FieldNumber(date, 4, 2), FieldNumber(date, 6, 2),
+                      FieldNumber(time, 0, 2), FieldNumber(time, 2, 2));
   const Loom::OS::LocalTime now = Loom::OS::localTime();
   const auto current = std::make_tuple(now.year, now.month, now.day, now.hour, now.minute);
   // A schedule in the current minute has elapsed: only a later minute is still to come.
-  vars->setAttribute(u"scheduleTimeElapsed", Loom::wstring(spindle::BoolText(!(scheduled > current))));
+  vars->setAttribute(u"scheduleTimeElapsed",
+                     Loom::wstring(spindle::BoolText(!(scheduled > current))));
   return true;
 }
 

@@ -237,9 +237,11 @@ TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
        "expected the quoted driver name of a printer in UTF-8, found \"\\\"\\\\xFF\\\"\""},
       {"shipment europe", "expected japan, northamerica or other, found \"europe\""},
       {"clock \"2011-5-03 17:30:00\"",
-       "expected a quoted local time \"YYYY-MM-DD HH:MM:SS\", found \"\\\"2011-5-03 17:30:00\\\"\""},
+       "expected a quoted local time \"YYYY-MM-DD HH:MM:SS\", found \"\\\"2011-5-03 "
+       "17:30:00\\\"\""},
       {"clock \"2011-05-03 24:00:00\"",
-       "expected a quoted local time \"YYYY-MM-DD HH:MM:SS\", found \"\\\"2011-05-03 24:00:00\\\"\""},
+       "expected a quoted local time \"YYYY-MM-DD HH:MM:SS\", found \"\\\"2011-05-03 "
+       "24:00:00\\\"\""},
       {"plugin \"X\" on", "expected enabled or disabled, found \"on\""},
       {"plugin \"X\" enabled label \"a\" label \"b\"",
        "expected label \"text\", pdl \"A,B\" or excludes \"A,B\", each once, found \"label "

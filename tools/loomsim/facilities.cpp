@@ -22,8 +22,8 @@ extern const Facility kOsFacility;
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
       kSettingsFacility, kDocumentFacility, kFileFacility,   kDeviceFacility, kSettingsFileFacility,
-      kUserFacility,     kPluginFacility,   kOsFacility,     kScriptFacility, kCallFacility,
-      kEffectFacility,
+      kUserFacility,     kPluginFacility,   kScriptFacility, kCallFacility,   kEffectFacility,
+      kOsFacility,
   };
   return kAll;
 }
