@@ -293,9 +293,8 @@ bool xInputValidation::VerifyPvtPrntPassword(spindle::CallArgs& args) {
   return true;
 }
 
-bool xInputValidation::VerifyVaultBoxFolder(spindle::CallArgs& args) {
+bool xInputValidation::VerifyVaultBoxFolder(spindle::CallArgs&) {
   // Any folder name is accepted as typed: the device checks it when the job arrives.
-  if (const ElemPtr& field = args.elem(1)) spindle::ValueOf(field);
   return true;
 }
 
