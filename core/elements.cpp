@@ -51,6 +51,16 @@ std::optional<Loom::string> DeviceSetting(const DocPtr& doc, std::string_view br
   return static_cast<Loom::string>(*node);
 }
 
+bool DeviceFlag(const DocPtr& doc, std::string_view branch, std::string_view key) {
+  const std::optional<Loom::string> value = DeviceSetting(doc, branch, key);
+  return value && IsTrue(*value);
+}
+
+bool IsUniversalDriver(const DocPtr& doc) {
+  const std::optional<Loom::string> model = DeviceSetting(doc, "PRODUCTCODE", "ModelName");
+  return model && *model == "Universal";
+}
+
 }  // namespace spindle
 
 Loom::SmartPtr<Loom::XUL::xXULElem> getXULElembyID(Loom::wstring id,

@@ -42,5 +42,10 @@ Loom::SmartPtr<Loom::XUL::xWindow> WindowOf(const DocPtr& doc);
 // document, its window, the branch or the key is missing. Never creates a node.
 std::optional<Loom::string> DeviceSetting(const DocPtr& doc, std::string_view branch,
                                           std::string_view key);
+// Whether that device setting is exactly "true".
+bool DeviceFlag(const DocPtr& doc, std::string_view branch, std::string_view key);
+// Whether the device is driven by the model-independent driver: "PRODUCTCODE"/"ModelName"
+// is exactly "Universal".
+bool IsUniversalDriver(const DocPtr& doc);
 
 }  // namespace spindle

@@ -142,6 +142,7 @@ TEST(ParseTest, EveryFormReadsAndEchoesCanonically) {
        "plugin \"Finishing Options\" enabled label \"F\" pdl \"PS,PCLXL\" excludes \"Booklet\""},
       {"plugin \"Booklet\" disabled label \"Booklet\" pdl \"\"", "plugin \"Booklet\" disabled"},
       {"strings \"$IDS_X;\" = \"\\u00e9\"", "strings \"$IDS_X;\" = \"\xC3\xA9\""},
+      {"clock  \"2011-05-03 17:30:00\"", "clock \"2011-05-03 17:30:00\""},
       {"expect user \"A B\"/C children==6", "expect user \"A B\"/C children == 6"},
       {"call Math.round(document,double(-2.5))", "call Math.round(document, double(-2.5))"},
       {"call x.m(basic, dlg#e, #e, \"t\\x00\", int(-2147483648), intref(+7), floatref(1.5e3), "
@@ -225,6 +226,12 @@ TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
       {"printer \"\\xFF\"",
        "expected the quoted driver name of a printer in UTF-8, found \"\\\"\\\\xFF\\\"\""},
       {"shipment europe", "expected japan, northamerica or other, found \"europe\""},
+      {"clock \"2011-5-03 17:30:00\"",
+       "expected a quoted local time \"YYYY-MM-DD HH:MM:SS\", found \"\\\"2011-5-03 "
+       "17:30:00\\\"\""},
+      {"clock \"2011-05-03 24:00:00\"",
+       "expected a quoted local time \"YYYY-MM-DD HH:MM:SS\", found \"\\\"2011-05-03 "
+       "24:00:00\\\"\""},
       {"plugin \"X\" on", "expected enabled or disabled, found \"on\""},
       {"plugin \"X\" enabled label \"a\" label \"b\"",
        "expected label \"text\", pdl \"A,B\" or excludes \"A,B\", each once, found \"label "
