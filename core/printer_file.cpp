@@ -74,7 +74,8 @@ std::optional<Loom::string> ReadPrinterFile(const DocPtr& doc, std::string_view 
 bool WritePrinterFile(const DocPtr& doc, std::string_view section, std::string_view key,
                       std::string_view value) {
   const std::optional<Loom::File> path = PrinterFilePath(doc);
-  if (!path) return false;
+  // The printer's folder is made with the first value stored for it.
+  if (!path || !path->createParentDirectories()) return false;
   Loom::Services::PersistentSettings tree;
   tree.setBackingStoreIO(Store(*path, kCreate, kWritable));
   tree.loadSettings();  // a missing file starts empty

@@ -20,6 +20,9 @@ class File {
   bool remove() const;
   // Copies the file over `target` (replacing it); false on failure.
   bool copyTo(const File& target) const;
+  // Creates the directory this file lies in, with its parents, when missing; false when
+  // it cannot be created.
+  bool createParentDirectories() const;
 
  private:
   wstring path_;

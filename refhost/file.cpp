@@ -38,4 +38,12 @@ bool File::copyTo(const File& target) const {
   return bytes && refhost::WriteFileAtomically(refhost::NativePath(target), *bytes);
 }
 
+bool File::createParentDirectories() const {
+  const std::filesystem::path parent = refhost::NativePath(*this).parent_path();
+  std::error_code error;
+  if (parent.empty() || std::filesystem::is_directory(parent, error)) return true;
+  std::filesystem::create_directories(parent, error);
+  return !error;
+}
+
 }  // namespace Loom
