@@ -135,6 +135,9 @@ TEST(ParseTest, EveryFormReadsAndEchoesCanonically) {
       {"netuser \"jsmith\""},
       {"filedialog user:\"a/conf.cfu\""},
       {"filedialog  cancel", "filedialog cancel"},
+      {"administrator yes"},
+      {"windowclass \"StubWindow32\""},
+      {"encryption \"a\"=\"b\"", "encryption \"a\" = \"b\""},
       {"expect filedialog save flags 0x1802 title \"Export\""},
       {"expect filedialog open flags 0x800", "expect filedialog open flags 0x0800"},
       {"settingsfile driver:\"kstfactdef.xml\" <<END"},
@@ -257,6 +260,7 @@ TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
       {"expect user A children 3", "expected == N after children, found \"3\""},
       {"filedialog later", "expected a place (user, driver, allusers, root), found \"later\""},
       {"expect filedialog print", "expected open or save, found \"print\""},
+      {"administrator maybe", "expected yes or no, found \"maybe\""},
       {"expect filedialog open flags 1802", "expected flags as 0xHHHH, found \"1802\""},
   };
   for (const auto& c : kCases) {
