@@ -15,8 +15,8 @@ struct Row {
 // The answer of the first row whose key is `key`, or nothing.
 template <class Text, std::size_t N>
 std::optional<std::u16string_view> Lookup(const Row<Text> (&rows)[N], Text key) {
-  const auto row =
-      std::find_if(std::begin(rows), std::end(rows), [key](const Row<Text>& r) { return r.key == key; });
+  const auto row = std::find_if(std::begin(rows), std::end(rows),
+                                [key](const Row<Text>& r) { return r.key == key; });
   if (row == std::end(rows)) return std::nullopt;
   return row->answer;
 }
@@ -29,8 +29,8 @@ constexpr Row<std::string_view> kProducts[] = {
 };
 
 constexpr Row<std::string_view> kPdls[] = {
-    {"PS", u"PS"},       {"ps", u"PS"},       {"PCLXL", u"PCLXL"},
-    {"pclxl", u"PCLXL"}, {"XPS", u"XPS"},     {"xps", u"XPS"},
+    {"PS", u"PS"},       {"ps", u"PS"},   {"PCLXL", u"PCLXL"},
+    {"pclxl", u"PCLXL"}, {"XPS", u"XPS"}, {"xps", u"XPS"},
 };
 
 constexpr Row<std::u16string_view> kFinishers[] = {

@@ -141,7 +141,8 @@ bool xUtil::GetPrintPaperSize(CallArgs& args) {
   if (!sameAs) return false;
   // Printing on the output paper size, or on a print paper size of its own.
   const bool sameAsOutput = spindle::IsTrue(sameAs->getAttr(Loom::kAttrSelected));
-  const ElemPtr sizes = spindle::FindById(doc, sameAsOutput ? u"oppsz" : u"ePTKWPagePrintMediaSize");
+  const ElemPtr sizes =
+      spindle::FindById(doc, sameAsOutput ? u"oppsz" : u"ePTKWPagePrintMediaSize");
   if (!sizes) return false;
   spindle::SetVar(doc, u"pps", sizes->getValfromMenulist());
   return true;
@@ -213,7 +214,8 @@ bool xUtil::ClearGUIState(CallArgs& args) {
 bool xUtil::IsUSShipment(CallArgs& args) {
   const ElemPtr& elem = args.elem(0);
   if (!elem) return false;
-  elem->setAttribute(u"usshipment", Loom::wstring(spindle::BoolText(Loom::isNorthAmericanShipment())));
+  elem->setAttribute(u"usshipment",
+                     Loom::wstring(spindle::BoolText(Loom::isNorthAmericanShipment())));
   return true;
 }
 
@@ -261,7 +263,8 @@ bool xUtil::SetFirstVisibleMenuItem(CallArgs& args) {
     for (std::size_t index = 0; index < items.size(); ++index) {
       if (spindle::IsTrue(items[index]->getAttr(Loom::kAttrHidden))) continue;
       // The list's selected position follows the chosen item, as when the user picks it.
-      list->setAttr(Loom::kAttrSelectedIndex, spindle::DecimalText(static_cast<std::int64_t>(index)));
+      list->setAttr(Loom::kAttrSelectedIndex,
+                    spindle::DecimalText(static_cast<std::int64_t>(index)));
       items[index]->setAttr(Loom::kAttrSelected, Loom::wstring(spindle::kTrue));
       break;
     }

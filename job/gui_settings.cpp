@@ -68,7 +68,9 @@ constexpr char16_t kItemSeparator = u',';
 // An item id longer than the work buffer's 259 characters is cut there.
 constexpr std::size_t kMaxItemIdLength = 259;
 
-ElemPtr Find(const DocPtr& doc, const char* id) { return spindle::FindById(doc, spindle::Widen(id)); }
+ElemPtr Find(const DocPtr& doc, const char* id) {
+  return spindle::FindById(doc, spindle::Widen(id));
+}
 
 // A list's selected item's value, or else the element's value; nothing without the element.
 std::optional<Loom::wstring> SourceValue(const DocPtr& doc, const char* id) {
@@ -124,7 +126,8 @@ bool xGuiSettings::RestoreSubDefault(CallArgs& args) {
 bool xGuiSettings::ElementExists(CallArgs& args) {
   const DocPtr& doc = args.doc(2);
   const bool exists = static_cast<bool>(Find(doc, args.str(0)));
-  if (const ElemPtr result = Find(doc, args.str(1))) spindle::SetValue(result, spindle::BoolText(exists));
+  if (const ElemPtr result = Find(doc, args.str(1)))
+    spindle::SetValue(result, spindle::BoolText(exists));
   return true;
 }
 
@@ -153,7 +156,8 @@ bool xGuiSettings::CopyValueBetweenElements(CallArgs& args) {
   if (!value) return true;
   const ElemPtr target = Find(args.doc(3), args.str(1));
   if (!target) return true;
-  const bool selected = target->getType() == Loom::kElemMenuList && target->selMenulistWithVal(*value);
+  const bool selected =
+      target->getType() == Loom::kElemMenuList && target->selMenulistWithVal(*value);
   if (!selected) spindle::SetValue(target, *value);
   return true;
 }
@@ -179,13 +183,14 @@ bool xGuiSettings::ConvertInchMMAndSaveValue(CallArgs& args) {
   const ElemPtr source = Find(args.doc(2), args.str(0));
   const ElemPtr target = Find(args.doc(3), args.str(1));
   if (!source || !target) return true;
-  spindle::SetValue(target, spindle::job_internal::ConvertedLengthText(
-                                spindle::ValueOf(source), args.str(4), args.str(5)));
+  spindle::SetValue(target, spindle::job_internal::ConvertedLengthText(spindle::ValueOf(source),
+                                                                       args.str(4), args.str(5)));
   return true;
 }
 
 bool xGuiSettings::EnableForAdmin(CallArgs& args) {
-  if (const ElemPtr elem = Find(args.doc(1), args.str(0))) SetDisabled(elem, !spindle::IsAdministrator());
+  if (const ElemPtr elem = Find(args.doc(1), args.str(0)))
+    SetDisabled(elem, !spindle::IsAdministrator());
   return true;
 }
 
@@ -210,11 +215,13 @@ bool xGuiSettings::VerifyDecimalPlaces(CallArgs& args) {
     const ElemPtr box = spindle::FindById(args.doc(0), id);
     if (!box) continue;
     const Loom::wstring places = box->getAttr(Loom::kAttrDecimalPlaces);
-    const int decimals = places.empty() ? kDefaultDecimals : std::max(0, spindle::LeadingInteger(places));
+    const int decimals =
+        places.empty() ? kDefaultDecimals : std::max(0, spindle::LeadingInteger(places));
     Loom::wstring text = spindle::ValueOf(box);
     const std::size_t point = text.find(u'.');
     if (point == Loom::wstring::npos) continue;
-    if (text.size() - point - 1 > static_cast<std::size_t>(decimals)) text.resize(point + 1 + decimals);
+    if (text.size() - point - 1 > static_cast<std::size_t>(decimals))
+      text.resize(point + 1 + decimals);
     spindle::SetValue(box, text);
   }
   return true;

@@ -14,9 +14,8 @@ FileDialogAnswer FileDialogs::show(const Loom::OS::FileDialogRequest& request) {
     answer = std::move(queued_.front());
     queued_.pop_front();
   }
-  shown_.push_back({request.kind, request.owner != nullptr,
-                    std::u16string(request.title), std::u16string(request.filter),
-                    std::u16string(request.initialDirectory),
+  shown_.push_back({request.kind, request.owner != nullptr, std::u16string(request.title),
+                    std::u16string(request.filter), std::u16string(request.initialDirectory),
                     std::u16string(request.defaultExtension), request.flags, answer});
   return answer;
 }
@@ -32,7 +31,8 @@ namespace Loom::OS {
 
 FileDialogResult runFileDialog(const FileDialogRequest& request, wstring& path) {
   const refhost::FileDialogAnswer answer = refhost::fileDialogs().show(request);
-  if (answer.result == FileDialogResult::kChosen) path.assign(answer.path.begin(), answer.path.end());
+  if (answer.result == FileDialogResult::kChosen)
+    path.assign(answer.path.begin(), answer.path.end());
   return answer.result;
 }
 

@@ -38,17 +38,21 @@ constexpr std::u16string_view kStrictBlanked[] = {
 // Attributes every stored node loses, in the order they are removed: tab order,
 // namespace, then the event handlers.
 constexpr std::u16string_view kLiveOnlyAttributes[] = {
-    u"tabindex",        u"xmlns",           u"onbeforeaccept",   u"onbookmarkgroup",
-    u"onchange",        u"onclick",         u"onclosetab",       u"oncommand",
-    u"oncommandupdate", u"ondialogaccept",  u"ondialogcancel",   u"ondialogclosure",
-    u"ondialogextra1",  u"ondialogextra2",  u"ondialoghelp",     u"ondragdrop",
-    u"onerror",         u"onerrorcommand",  u"onextra1",         u"onextra2",
-    u"onfocus",         u"oninput",         u"onload",           u"onnewtab",
-    u"onpageadvanced",  u"onpagehide",      u"onpagerewound",    u"onpageshow",
-    u"onpaneload",      u"onpopuphidden",   u"onpopuphiding",    u"onpopupshowing",
-    u"onpopupshown",    u"onsearchcomplete", u"onselect",        u"ontextcommand",
-    u"ontextentered",   u"ontextrevert",    u"ontextreverted",   u"onwizardback",
-    u"onwizardcancel",  u"onwizardfinish",  u"onwizardnext",
+    u"tabindex",         u"xmlns",          u"onbeforeaccept",
+    u"onbookmarkgroup",  u"onchange",       u"onclick",
+    u"onclosetab",       u"oncommand",      u"oncommandupdate",
+    u"ondialogaccept",   u"ondialogcancel", u"ondialogclosure",
+    u"ondialogextra1",   u"ondialogextra2", u"ondialoghelp",
+    u"ondragdrop",       u"onerror",        u"onerrorcommand",
+    u"onextra1",         u"onextra2",       u"onfocus",
+    u"oninput",          u"onload",         u"onnewtab",
+    u"onpageadvanced",   u"onpagehide",     u"onpagerewound",
+    u"onpageshow",       u"onpaneload",     u"onpopuphidden",
+    u"onpopuphiding",    u"onpopupshowing", u"onpopupshown",
+    u"onsearchcomplete", u"onselect",       u"ontextcommand",
+    u"ontextentered",    u"ontextrevert",   u"ontextreverted",
+    u"onwizardback",     u"onwizardcancel", u"onwizardfinish",
+    u"onwizardnext",
 };
 
 // Elements handled by their name: the attribute each loses, or (none) the whole element.

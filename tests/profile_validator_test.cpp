@@ -1,9 +1,10 @@
 // What the profile validator removes from a stored copy, node by node, and the in-memory
 // store that stages settings documents.
+#include "settings/profile_validator.h"
+
 #include <gtest/gtest.h>
 
 #include "refhost/dom.h"
-#include "settings/profile_validator.h"
 #include "settings/temp_backing_store.h"
 
 namespace {

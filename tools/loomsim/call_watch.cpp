@@ -97,7 +97,8 @@ std::vector<std::string> CallWatch::Finish() {
   const std::vector<refhost::FileDialogRecord>& dialogs = refhost::fileDialogs().shown();
   last.fileDialogs.assign(dialogs.begin() + static_cast<std::ptrdiff_t>(fileDialogsBefore_),
                           dialogs.end());
-  for (const auto& dialog : last.fileDialogs) lines.push_back("! filedialog " + FileDialogText(dialog));
+  for (const auto& dialog : last.fileDialogs)
+    lines.push_back("! filedialog " + FileDialogText(dialog));
   return lines;
 }
 

@@ -22,9 +22,9 @@ extern const Facility kSessionFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
-      kSettingsFacility, kDocumentFacility, kFileFacility,   kDeviceFacility, kSettingsFileFacility,
-      kUserFacility,     kPluginFacility,   kScriptFacility, kCallFacility,   kEffectFacility,
-      kFileDialogFacility, kSessionFacility,
+      kSettingsFacility,     kDocumentFacility, kFileFacility,       kDeviceFacility,
+      kSettingsFileFacility, kUserFacility,     kPluginFacility,     kScriptFacility,
+      kCallFacility,         kEffectFacility,   kFileDialogFacility, kSessionFacility,
   };
   return kAll;
 }

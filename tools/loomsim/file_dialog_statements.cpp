@@ -45,8 +45,9 @@ Parsed ParseFileDialog(StatementInput& input) {
             }};
   }
   if (cursor.Accept("fail")) {
-    return {"filedialog fail",
-            [](Scenario&) { refhost::fileDialogs().queue({FileDialogResult::kFailed, {}}); }};
+    return {"filedialog fail", [](Scenario&) {
+              refhost::fileDialogs().queue({FileDialogResult::kFailed, {}});
+            }};
   }
   if (cursor.AtText()) {
     const std::string path = cursor.Text("a quoted path, PLACE:\"path\", cancel or fail");
