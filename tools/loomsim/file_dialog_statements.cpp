@@ -2,7 +2,7 @@
 // save dialogs give, and what the last call's dialogs asked for. Each file starts with no
 // answer queued, so a dialog the scenario did not prepare for is cancelled.
 //
-//   filedialog "PATH"                 chosen: the path as written (relative to the file)
+//   filedialog "PATH"                 chosen: the path exactly as written
 //   filedialog user:"sub/conf.cfu"    chosen: a file of the scenario's directory tree
 //   filedialog cancel | fail          cancelled, or failed (CommDlgExtendedError non-zero)
 //   expect filedialog save flags 0x1802 title "Export"
@@ -35,8 +35,7 @@ std::string_view KindText(FileDialogKind kind) {
   return kind == FileDialogKind::kOpen ? "open" : "save";
 }
 
-// The answer as the runner queues it: a path resolved when the dialog is answered, from
-// the file's directory or a place of its tree.
+// The answer of a later dialog: a path as written, or one of the scenario's tree.
 Parsed ParseFileDialog(StatementInput& input) {
   Cursor& cursor = input.cursor();
   if (cursor.Accept("cancel")) {
@@ -50,11 +49,11 @@ Parsed ParseFileDialog(StatementInput& input) {
             }};
   }
   if (cursor.AtText()) {
-    const std::string path = cursor.Text("a quoted path, PLACE:\"path\", cancel or fail");
+    const std::u16string path =
+        WideQuotedText(cursor, "a quoted path, PLACE:\"path\", cancel or fail");
     if (path.empty()) throw ParseError("a path that is not empty", "\"\"");
-    return {"filedialog " + Quote(path), [path](Scenario& scenario) {
-              refhost::fileDialogs().queue(
-                  {FileDialogResult::kChosen, HostPath(scenario.directory() / path)});
+    return {"filedialog " + Quote(path), [path](Scenario&) {
+              refhost::fileDialogs().queue({FileDialogResult::kChosen, path});
             }};
   }
   const PlaceRef ref = ParsePlaceRef(cursor);
