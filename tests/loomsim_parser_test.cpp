@@ -143,6 +143,13 @@ TEST(ParseTest, EveryFormReadsAndEchoesCanonically) {
       {"plugin \"Booklet\" disabled label \"Booklet\" pdl \"\"", "plugin \"Booklet\" disabled"},
       {"strings \"$IDS_X;\" = \"\\u00e9\"", "strings \"$IDS_X;\" = \"\xC3\xA9\""},
       {"clock  \"2011-05-03 17:30:00\"", "clock \"2011-05-03 17:30:00\""},
+      {"filedialog user:\"a/conf.cfu\""},
+      {"filedialog  cancel", "filedialog cancel"},
+      {"administrator yes"},
+      {"windowclass \"StubWindow32\""},
+      {"encryption \"a\"=\"b\"", "encryption \"a\" = \"b\""},
+      {"expect filedialog save flags 0x1802 title \"Export\""},
+      {"expect filedialog open flags 0x800", "expect filedialog open flags 0x0800"},
       {"expect user \"A B\"/C children==6", "expect user \"A B\"/C children == 6"},
       {"call Math.round(document,double(-2.5))", "call Math.round(document, double(-2.5))"},
       {"call x.m(basic, dlg#e, #e, \"t\\x00\", int(-2147483648), intref(+7), floatref(1.5e3), "
@@ -248,6 +255,10 @@ TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
        "expected user (the current user's hive) and a quoted key path, found "
        "\"machine \\\"A\\\" present\""},
       {"expect user A children 3", "expected == N after children, found \"3\""},
+      {"filedialog later", "expected a place (user, driver, allusers, root), found \"later\""},
+      {"expect filedialog print", "expected open or save, found \"print\""},
+      {"administrator maybe", "expected yes or no, found \"maybe\""},
+      {"expect filedialog open flags 1802", "expected flags as 0xHHHH, found \"1802\""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.written);

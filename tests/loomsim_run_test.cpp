@@ -264,6 +264,19 @@ TEST_F(RunTest, ExpectationsOnTheLastCall) {
   EXPECT_EQ(failed_, 4);
 }
 
+TEST_F(RunTest, FileDialogExpectationsSeeOnlyTheLastCallsDialogs) {
+  const std::string out = RunOnPage(
+      "call xul_utils.openFileBrowser(document, \"save\", \"*.x\", #a)\n"
+      "expect filedialog open\n"
+      "call obj.abc(int(1))\n"
+      "expect filedialog save\n",
+      true);
+  EXPECT_EQ(out,
+            "FAIL t.scn:11: expected filedialog open, got save flags 0x1802 filter \"*.x\" -> "
+            "cancelled\n"
+            "FAIL t.scn:13: expected filedialog save, got no file dialog\n");
+}
+
 TEST_F(RunTest, SetupThatCannotBeDoneStopsTheFile) {
   const struct {
     std::string statements;  // after the page's

@@ -18,12 +18,15 @@ extern const Facility kSettingsFileFacility;
 extern const Facility kUserFacility;
 extern const Facility kPluginFacility;
 extern const Facility kOsFacility;
+extern const Facility kFileDialogFacility;
+extern const Facility kSessionFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
-      kSettingsFacility, kDocumentFacility, kFileFacility,   kDeviceFacility, kSettingsFileFacility,
-      kUserFacility,     kPluginFacility,   kScriptFacility, kCallFacility,   kEffectFacility,
-      kOsFacility,
+      kSettingsFacility,     kDocumentFacility, kFileFacility,       kDeviceFacility,
+      kSettingsFileFacility, kUserFacility,     kPluginFacility,     kScriptFacility,
+      kCallFacility,         kEffectFacility,   kOsFacility,         kFileDialogFacility,
+      kSessionFacility,
   };
   return kAll;
 }
