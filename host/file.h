@@ -20,6 +20,9 @@ class File {
   bool remove() const;
   // Copies the file over `target` (replacing it); false on failure.
   bool copyTo(const File& target) const;
+  // Replaces (or creates) the file with `bytes`, atomically: it is either the old or the
+  // new content, never part of one. False on failure, with the file as it was.
+  bool write(const string& bytes) const;
 
  private:
   wstring path_;

@@ -38,4 +38,9 @@ bool File::copyTo(const File& target) const {
   return bytes && refhost::WriteFileAtomically(refhost::NativePath(target), *bytes);
 }
 
+bool File::write(const string& bytes) const {
+  return refhost::WriteFileAtomically(refhost::NativePath(*this),
+                                      std::string_view(bytes.data(), bytes.size()));
+}
+
 }  // namespace Loom

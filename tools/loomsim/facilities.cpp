@@ -17,11 +17,13 @@ extern const Facility kDeviceFacility;
 extern const Facility kSettingsFileFacility;
 extern const Facility kUserFacility;
 extern const Facility kPluginFacility;
+extern const Facility kConfigurationFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
       kSettingsFacility, kDocumentFacility, kFileFacility,   kDeviceFacility, kSettingsFileFacility,
       kUserFacility,     kPluginFacility,   kScriptFacility, kCallFacility,   kEffectFacility,
+      kConfigurationFacility,
   };
   return kAll;
 }

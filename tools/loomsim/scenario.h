@@ -36,6 +36,7 @@ struct LastCall {
   std::vector<std::string> scripts;      // statements run through doString during it
   std::string printed;                   // what the library wrote to the standard output
   std::vector<std::string> messages;     // the texts of the message boxes it showed
+  std::vector<std::string> dialogs;      // the dialogs it opened: "FILE.xul" title "TEXT"
 };
 
 // Thrown by an action whose statement cannot be set up (a bad XUL block, a missing file):
