@@ -43,6 +43,8 @@ bool RemoveSetting(CallArgs& args, Tree which);
 // loadSetting(doc, elem, attribute, k1, ..., kn): the stored value, widened, becomes the
 // named attribute of elem. False when a key is not a string.
 bool LoadSetting(CallArgs& args, Tree which);
+// The same on `root` (the profile list's own tree) instead of a window's tree.
+bool LoadSettingFrom(CallArgs& args, Loom::Services::PersistentItem& root);
 // selectItemWithSetting(doc, list, attribute, k1, ..., kn): selects the first item of
 // the list whose named attribute equals the stored value; no match changes nothing.
 // False when a key is not a string.

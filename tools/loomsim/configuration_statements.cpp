@@ -1,7 +1,8 @@
 // What the configuration dialogs of a sheet need around them: the printer's registry data
 // (the multi-string values under its driver keys, such as the factory plug-in list
 // "PrinterDriverData"/"Plugins"), the dialog documents the library opens
-// (Loom::XUL::openDialog), and the plug-ins' state after a call. Each file starts with no
+// (Loom::XUL::openDialog), the plug-ins' state after a call, and the image-quality
+// plug-in's script object "imgQuality" (refhost/image_quality.h), defined for every file. Each file starts with no
 // dialog opened; the registry data belongs to the spooler's printers, which every file
 // starts without.
 #include <algorithm>
@@ -10,6 +11,8 @@
 #include <vector>
 
 #include "refhost/dialogs.h"
+#include "refhost/image_quality.h"
+#include "refhost/script_env.h"
 #include "refhost/spooler.h"
 #include "refhost/window.h"
 #include "tools/loomsim/grammar.h"
@@ -99,6 +102,10 @@ Parsed ParsePluginExpectation(StatementInput& input) {
 }
 
 void StartConfiguration(Scenario& scenario) {
+  // The image-quality plug-in's object, as the other driver library defines it for pages.
+  scenario.sheet().scriptEnv().defineObject(
+      "imgQuality", Loom::SmartPtr<Loom::JS::Object>(
+                        new refhost::NativeObject(&refhost::imageQualityPlugin())));
   refhost::dialogs().reset();
   refhost::dialogs().setListener([&scenario](const refhost::OpenedDialog& dialog) {
     const std::string text = DialogText(dialog);
