@@ -43,4 +43,25 @@ bool File::write(const string& bytes) const {
                                       std::string_view(bytes.data(), bytes.size()));
 }
 
+bool File::moveTo(const File& target) const {
+  const std::filesystem::path to = refhost::NativePath(target);
+  std::error_code error;
+  std::filesystem::create_directories(to.parent_path(), error);
+  if (error) return false;
+  std::filesystem::rename(refhost::NativePath(*this), to, error);
+  return !error;
+}
+
+bool File::createDirectory() const {
+  std::error_code error;
+  std::filesystem::create_directories(refhost::NativePath(*this), error);
+  return std::filesystem::is_directory(refhost::NativePath(*this), error);
+}
+
+bool File::removeAll() const {
+  std::error_code error;
+  std::filesystem::remove_all(refhost::NativePath(*this), error);
+  return !error;
+}
+
 }  // namespace Loom
