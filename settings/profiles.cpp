@@ -124,10 +124,7 @@ constexpr PluginDocument kEffectDoc = {"Effect", "MultipleOverlayDlg"};
 constexpr PluginDocument kImageQualityDoc = {"Image Quality", "ImageQualitySettings"};
 constexpr char16_t kMultiOverlayList[] = u"cmb_overlay_multi";
 
-Loom::wstring UserDirectory(const DocPtr& doc) {
-  const Loom::SmartPtr<Loom::PropertyManager> properties = doc->getUserData();
-  return properties ? properties->getString("loom.user.path") : Loom::wstring();
-}
+using access::UserDirectory;
 
 Loom::wstring SlotFileName(int slot) {
   char name[16];

@@ -155,6 +155,11 @@ Loom::SmartPtr<Loom::Services::BackingStoreIO> FactoryStore(const DocPtr& doc,
       new Loom::Services::FileBackingStoreIO(file, kNoCreate, kReadOnly));
 }
 
+Loom::wstring UserDirectory(const DocPtr& doc) {
+  const Loom::SmartPtr<Loom::PropertyManager> properties = doc ? doc->getUserData() : nullptr;
+  return properties ? properties->getString("loom.user.path") : Loom::wstring();
+}
+
 void CopyBranch(Loom::Services::PersistentItem& source, Loom::Services::PersistentItem& target) {
   target = static_cast<Loom::string>(source);
   while (target.getNumChildren() > 0) target.remove(target.childAt(0).key());
