@@ -43,8 +43,8 @@ struct ProfileFixture {
     return findObject("profiles")->call(method, args.count(), args.records(), nullptr);
   }
 
-  std::filesystem::path dir = std::filesystem::temp_directory_path() /
-                              ("profiles_bench_" + std::to_string(getpid()));
+  std::filesystem::path dir =
+      std::filesystem::temp_directory_path() / ("profiles_bench_" + std::to_string(getpid()));
   refhost::Sheet sheet;
   Loom::SmartPtr<refhost::Document> page;
 };

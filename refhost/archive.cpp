@@ -144,7 +144,8 @@ Loom::SmartPtr<ZipArchive> ZipArchive::Open(const Loom::File& path) {
   for (zip_int64_t i = 0; i < count; ++i) {
     zip_stat_t stat;
     const auto index = static_cast<zip_uint64_t>(i);
-    if (zip_stat_index(zip, index, 0, &stat) != 0) Fail("cannot read archive", path, LibzipMessage(zip));
+    if (zip_stat_index(zip, index, 0, &stat) != 0)
+      Fail("cannot read archive", path, LibzipMessage(zip));
     const std::string_view name = stat.name;
     // Directory entries carry no data; the members' names hold their folders.
     if (name.ends_with('/')) continue;

@@ -9,8 +9,7 @@
 
 namespace refhost {
 
-bool ImageQualityPlugin::call(const char* method, int argc, xarg_entry* args,
-                              xarg_entry* result) {
+bool ImageQualityPlugin::call(const char* method, int argc, xarg_entry* args, xarg_entry* result) {
   if (method == nullptr || std::strcmp(method, "getSettingsObject") != 0 || argc != 1 ||
       args[0].kind != Loom::kArgDocument || result == nullptr) {
     return false;

@@ -51,7 +51,8 @@ Loom::Services::PersistentItem* ImageQualitySettings(const DocPtr& doc) {
   arg.extra = 0;
   xarg_entry result;
   if (!plugin->call("getSettingsObject", 1, &arg, &result)) return nullptr;
-  return reinterpret_cast<Loom::Services::PersistentItem*>(static_cast<std::uintptr_t>(result.value));
+  return reinterpret_cast<Loom::Services::PersistentItem*>(
+      static_cast<std::uintptr_t>(result.value));
 }
 
 }  // namespace spindle::settings_internal

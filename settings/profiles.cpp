@@ -81,11 +81,11 @@ constexpr char kPageDocument[] = "Profile";
 // The preview pictures that come back with a profile: each the image source ("src") of
 // the element of that id when the profile was saved.
 constexpr std::array<std::string_view, 17> kPreviewImages = {
-    "preview_img_FCBooklet", "preview_img_ISDoc",     "preview_img_ILDoc",
-    "preview_img_IS",        "preview_img_IL",        "preview_img_PaperMain",
+    "preview_img_FCBooklet", "preview_img_ISDoc",       "preview_img_ILDoc",
+    "preview_img_IS",        "preview_img_IL",          "preview_img_PaperMain",
     "preview_img_TabPaper",  "preview_img_DrawBorders", "preview_img_OVL",
-    "preview_img_WTM",       "preview_img_FCMain",    "preview_img_FCSub",
-    "preview_img_Folding",   "preview_img_Staple",    "preview_img_HolePunch",
+    "preview_img_WTM",       "preview_img_FCMain",      "preview_img_FCSub",
+    "preview_img_Folding",   "preview_img_Staple",      "preview_img_HolePunch",
     "preview_img_BC",        "preview_img_HSP"};
 constexpr std::u16string_view kImageSource = u"src";
 
@@ -111,7 +111,7 @@ constexpr std::array<std::u16string_view, 17> kProtectedElements = {
     u"but_OthExp",
     u"txt_BasicTab1200Res"};
 constexpr std::array<std::u16string_view, 3> kProtectedAttributes = {u"value", u"disabled",
-                                                                      u"hidden"};
+                                                                     u"hidden"};
 
 // Stored documents of plug-ins, kept in the window's setting serialiser, that travel with
 // a profile while their plug-in is enabled.
@@ -226,9 +226,9 @@ void LoadPluginDocuments(const DocPtr& doc, Loom::XUL::xWindow& window,
     const ElemPtr multi = spindle::FindById(doc, kMultiOverlayList);
     const bool chosen = multi && !multi->getValfromMenulist().empty();
     if (const Loom::SmartPtr<Loom::JS::Environment> env = doc->getScriptEnv()) {
-      env->doString(Loom::string("vars.autoOpenMultiOverlayDlg = ") +
-                        (chosen ? "true" : "false") + ";",
-                    "<onfocus>", nullptr);
+      env->doString(
+          Loom::string("vars.autoOpenMultiOverlayDlg = ") + (chosen ? "true" : "false") + ";",
+          "<onfocus>", nullptr);
     }
   }
 }
@@ -288,10 +288,9 @@ bool xProfiles::ApplyProfile(const DocPtr& doc, const Loom::string& key) {
   const Loom::File file =
       Loom::File(UserDirectory(doc)) / spindle::Widen(static_cast<Loom::string>(*entry));
   if (!file.exists()) return false;
-  Loom::Services::XULDocSerialiser profile(
-      Loom::SmartPtr<Loom::Services::BackingStoreIO>(
-          new Loom::Services::FileBackingStoreIO(file, 0, 1)),
-      PlainValidator());
+  Loom::Services::XULDocSerialiser profile(Loom::SmartPtr<Loom::Services::BackingStoreIO>(
+                                               new Loom::Services::FileBackingStoreIO(file, 0, 1)),
+                                           PlainValidator());
   if (!profile.load()) return false;
 
   const Loom::vector<KeptAttribute> kept = KeepProtected(doc);
@@ -350,7 +349,8 @@ bool xProfiles::SaveProfile(const DocPtr& doc, bool temporary) {
   entry[kLabelKey] = temporary ? Loom::string(kTemporaryLabel) : name;
   for (std::string_view image : kPreviewImages) {
     if (const ElemPtr element = spindle::FindById(doc, spindle::Widen(image))) {
-      entry[Loom::string(image)] = spindle::Narrow(element->getAttribute(Loom::wstring(kImageSource)));
+      entry[Loom::string(image)] =
+          spindle::Narrow(element->getAttribute(Loom::wstring(kImageSource)));
     }
   }
   tree->saveSettings();
@@ -422,8 +422,8 @@ bool xProfiles::GetProfileFileTemplate(spindle::CallArgs& args) {
   } else if (PersistentItem* entry = Entry(*tree, name)) {
     fileName = spindle::Widen(static_cast<Loom::string>(*entry));
   }
-  spindle::SetValue(elem, fileName ? (Loom::File(UserDirectory(doc)) / *fileName).path()
-                                   : Loom::wstring());
+  spindle::SetValue(
+      elem, fileName ? (Loom::File(UserDirectory(doc)) / *fileName).path() : Loom::wstring());
   return true;
 }
 
@@ -434,7 +434,8 @@ bool xProfiles::GetProfileNameTemplate(spindle::CallArgs& args) {
   if (tree == nullptr) return true;
   PersistentItem* entry = Entry(*tree, args.str(2));
   PersistentItem* name = entry ? entry->find(kNameKey) : nullptr;
-  spindle::SetValue(elem, name ? spindle::Widen(static_cast<Loom::string>(*name)) : Loom::wstring());
+  spindle::SetValue(elem,
+                    name ? spindle::Widen(static_cast<Loom::string>(*name)) : Loom::wstring());
   return true;
 }
 

@@ -1,6 +1,8 @@
 // Which configuration archives an import accepts: names that stay in the user directory,
 // sizes that cannot flood it, and a settings member that is a settings tree. Scenarios
 // cover the names; the sizes need archives a scenario cannot write.
+#include "settings/import_check.h"
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -10,7 +12,6 @@
 #include "refhost/accounting.h"
 #include "refhost/archive.h"
 #include "refhost/text.h"
-#include "settings/import_check.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 // (the multi-string values under its driver keys, such as the factory plug-in list
 // "PrinterDriverData"/"Plugins"), the dialog documents the library opens
 // (Loom::XUL::openDialog), the plug-ins' state after a call, and the image-quality
-// plug-in's script object "imgQuality" (refhost/image_quality.h), defined for every file. Each file starts with no
-// dialog opened; the registry data belongs to the spooler's printers, which every file
-// starts without.
+// plug-in's script object "imgQuality" (refhost/image_quality.h), defined for every file. Each file
+// starts with no dialog opened; the registry data belongs to the spooler's printers, which every
+// file starts without.
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -104,8 +104,8 @@ Parsed ParsePluginExpectation(StatementInput& input) {
 void StartConfiguration(Scenario& scenario) {
   // The image-quality plug-in's object, as the other driver library defines it for pages.
   scenario.sheet().scriptEnv().defineObject(
-      "imgQuality", Loom::SmartPtr<Loom::JS::Object>(
-                        new refhost::NativeObject(&refhost::imageQualityPlugin())));
+      "imgQuality",
+      Loom::SmartPtr<Loom::JS::Object>(new refhost::NativeObject(&refhost::imageQualityPlugin())));
   refhost::dialogs().reset();
   refhost::dialogs().setListener([&scenario](const refhost::OpenedDialog& dialog) {
     const std::string text = DialogText(dialog);

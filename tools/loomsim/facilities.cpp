@@ -21,9 +21,9 @@ extern const Facility kConfigurationFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
-      kSettingsFacility, kDocumentFacility, kFileFacility,   kDeviceFacility, kSettingsFileFacility,
-      kUserFacility,     kPluginFacility,   kScriptFacility, kCallFacility,   kEffectFacility,
-      kConfigurationFacility,
+      kSettingsFacility,     kDocumentFacility, kFileFacility,          kDeviceFacility,
+      kSettingsFileFacility, kUserFacility,     kPluginFacility,        kScriptFacility,
+      kCallFacility,         kEffectFacility,   kConfigurationFacility,
   };
   return kAll;
 }
