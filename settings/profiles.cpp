@@ -149,6 +149,12 @@ std::optional<Loom::wstring> TemporaryFileName(const DocPtr& doc) {
   return spindle::Widen(*model) + u".xml";
 }
 
+// The value of `node`'s child `key`, "" when there is none; never creates a node.
+Loom::string ChildValue(PersistentItem& node, const char* key) {
+  PersistentItem* child = node.find(key);
+  return child ? static_cast<Loom::string>(*child) : Loom::string();
+}
+
 PersistentItem* Entry(PersistentItem& list, const Loom::string& key) {
   PersistentItem* profiles = list.find(kProfilesBranch);
   return profiles ? profiles->find(key) : nullptr;
@@ -394,8 +400,8 @@ bool xProfiles::CheckProfileName(spindle::CallArgs& args) {
     // Built-in profiles are known by their label, as the list shows it.
     const Loom::wstring shown =
         child.key().find(kBuiltInMarker) != Loom::string::npos
-            ? window->resolveString(spindle::Widen(static_cast<Loom::string>(child[kLabelKey])))
-            : spindle::Widen(static_cast<Loom::string>(child[kNameKey]));
+            ? window->resolveString(spindle::Widen(ChildValue(child, kLabelKey)))
+            : spindle::Widen(ChildValue(child, kNameKey));
     if (shown == name) spindle::SetValue(elem, spindle::kTrue);
   }
   return true;
@@ -433,9 +439,7 @@ bool xProfiles::GetProfileNameTemplate(spindle::CallArgs& args) {
   PersistentItem* tree = doc && elem ? List(doc) : nullptr;
   if (tree == nullptr) return true;
   PersistentItem* entry = Entry(*tree, args.str(2));
-  PersistentItem* name = entry ? entry->find(kNameKey) : nullptr;
-  spindle::SetValue(elem,
-                    name ? spindle::Widen(static_cast<Loom::string>(*name)) : Loom::wstring());
+  spindle::SetValue(elem, entry ? spindle::Widen(ChildValue(*entry, kNameKey)) : Loom::wstring());
   return true;
 }
 
