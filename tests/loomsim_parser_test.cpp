@@ -140,6 +140,10 @@ TEST(ParseTest, EveryFormReadsAndEchoesCanonically) {
       {"registry user \"Software\\Spindle\\Drv\" present"},
       {"registryfail"},
       {"netuser \"jsmith\""},
+      {"filedialog user:\"a/conf.cfu\""},
+      {"filedialog  cancel", "filedialog cancel"},
+      {"expect filedialog save flags 0x1802 title \"Export\""},
+      {"expect filedialog open flags 0x800", "expect filedialog open flags 0x0800"},
       {"settingsfile driver:\"kstfactdef.xml\" <<END"},
       {"settingsfile user:\"a.xml\" file \"s/a.xml\""},
       {"expect registry user \"Software\" absent"},
@@ -266,6 +270,9 @@ TEST(ParseTest, ErrorsNameWhatWasExpectedAndWhatStoodThere) {
        "expected user (the current user's hive) and a quoted key path, found "
        "\"machine \\\"A\\\" present\""},
       {"expect user A children 3", "expected == N after children, found \"3\""},
+      {"filedialog later", "expected a place (user, driver, allusers, root), found \"later\""},
+      {"expect filedialog print", "expected open or save, found \"print\""},
+      {"expect filedialog open flags 1802", "expected flags as 0xHHHH, found \"1802\""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.written);

@@ -4,8 +4,10 @@
 #include <iterator>
 
 #include "refhost/document.h"
+#include "refhost/file_dialogs.h"
 #include "refhost/user_registry.h"
 #include "tools/loomsim/element_label.h"
+#include "tools/loomsim/file_dialogs.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/text_values.h"
 
@@ -32,7 +34,8 @@ CallWatch::CallWatch(Scenario& scenario)
       device_(TakeSettingsSnapshot(scenario.sheet().window().getDevSettings())),
       files_(TakeFileSnapshot(scenario.sandbox().root())),
       registryKeys_(refhost::userRegistryKeys()),
-      scriptsBefore_(scenario.sheet().scriptEnv().statements().size()) {
+      scriptsBefore_(scenario.sheet().scriptEnv().statements().size()),
+      fileDialogsBefore_(refhost::fileDialogs().shown().size()) {
   scenario_.messageBoxes().Take();  // boxes of earlier set-up are not this call's
   scenario_.StartNoting();
   scenario_.sheet().setChangeObserver(this);
@@ -91,6 +94,10 @@ std::vector<std::string> CallWatch::Finish() {
   if (!last.printed.empty()) lines.push_back("> printed " + Quote(last.printed));
   last.messages = scenario_.messageBoxes().Take();
   for (const std::string& message : last.messages) lines.push_back("! message " + Quote(message));
+  const std::vector<refhost::FileDialogRecord>& dialogs = refhost::fileDialogs().shown();
+  last.fileDialogs.assign(dialogs.begin() + static_cast<std::ptrdiff_t>(fileDialogsBefore_),
+                          dialogs.end());
+  for (const auto& dialog : last.fileDialogs) lines.push_back("! filedialog " + FileDialogText(dialog));
   return lines;
 }
 

@@ -14,9 +14,10 @@
 //   - registry user "Software\Spindle\Drv"             a registry key deleted (or + added)
 //   > printed "value 5\n"                                  the standard output
 //   ! message "text"                                       a message box
+//   ! filedialog save flags 0x1802 -> cancelled            a common file dialog
 //
 // It also fills the scenario's LastCall with the script statements, the printed text and
-// the message boxes, for the expectations.
+// the message boxes and file dialogs, for the expectations.
 #pragma once
 
 #include <string>
@@ -59,6 +60,7 @@ class CallWatch final : public refhost::ChangeObserver {
   FileSnapshot files_;
   std::vector<std::u16string> registryKeys_;
   std::size_t scriptsBefore_;
+  std::size_t fileDialogsBefore_;
   bool watching_ = true;
   StdoutCapture capture_;  // last: starts after the snapshots are taken
 };

@@ -18,12 +18,13 @@ extern const Facility kSettingsFileFacility;
 extern const Facility kUserFacility;
 extern const Facility kPluginFacility;
 extern const Facility kConfigurationFacility;
+extern const Facility kFileDialogFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
       kSettingsFacility,     kDocumentFacility, kFileFacility,          kDeviceFacility,
       kSettingsFileFacility, kUserFacility,     kPluginFacility,        kScriptFacility,
-      kCallFacility,         kEffectFacility,   kConfigurationFacility,
+      kCallFacility,         kEffectFacility,   kConfigurationFacility, kFileDialogFacility,
   };
   return kAll;
 }

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "host/settings.h"
+#include "refhost/file_dialogs.h"
 #include "refhost/host_ref.h"
 #include "refhost/sheet.h"
 #include "tools/loomsim/library_call.h"
@@ -37,6 +38,7 @@ struct LastCall {
   std::string printed;                   // what the library wrote to the standard output
   std::vector<std::string> messages;     // the texts of the message boxes it showed
   std::vector<std::string> dialogs;      // the dialogs it opened: "FILE.xul" title "TEXT"
+  std::vector<refhost::FileDialogRecord> fileDialogs;  // the file dialogs it showed
 };
 
 // Thrown by an action whose statement cannot be set up (a bad XUL block, a missing file):
