@@ -57,8 +57,16 @@ std::string ReadEntry(zip_t* archive, zip_uint64_t index, std::uint64_t size) {
 
 // The zip file of `members` (UTF-8 name, bytes), built in memory. Throws ArchiveError
 // naming `path`.
-std::string ZipBytes(const std::vector<std::pair<std::string, const std::string*>>& members,
-                     const Loom::File& path) {
+// One member to save: its bytes, or an entry of an opened archive copied as stored, so
+// members that did not change are never inflated and compressed again.
+struct SavedMember {
+  std::string name;
+  const std::string* bytes;
+  zip_t* from;
+  zip_uint64_t index;
+};
+
+std::string ZipBytes(const std::vector<SavedMember>& members, const Loom::File& path) {
   if (members.empty()) return std::string(kEmptyZip, sizeof kEmptyZip);
   zip_error_t error;
   zip_error_init(&error);
@@ -69,9 +77,14 @@ std::string ZipBytes(const std::vector<std::pair<std::string, const std::string*
   zip_error_fini(&error);
   // The archive owns the buffer now; one more reference keeps it past zip_close.
   zip_source_keep(buffer.get());
-  for (const auto& [name, bytes] : members) {
-    zip_source_t* data = zip_source_buffer(archive.get(), bytes->data(), bytes->size(), 0);
-    if (data == nullptr || zip_file_add(archive.get(), name.c_str(), data, ZIP_FL_ENC_UTF_8) < 0) {
+  for (const SavedMember& member : members) {
+    // A whole entry (start 0, length -1) is copied with its compressed data.
+    zip_source_t* data =
+        member.bytes != nullptr
+            ? zip_source_buffer(archive.get(), member.bytes->data(), member.bytes->size(), 0)
+            : zip_source_zip(archive.get(), member.from, member.index, 0, 0, -1);
+    if (data == nullptr ||
+        zip_file_add(archive.get(), member.name.c_str(), data, ZIP_FL_ENC_UTF_8) < 0) {
       if (data != nullptr) zip_source_free(data);
       Fail("cannot save archive", path, LibzipMessage(archive.get()));
     }
@@ -149,7 +162,8 @@ Loom::SmartPtr<ZipArchive> ZipArchive::Open(const Loom::File& path) {
     const std::string_view name = stat.name;
     // Directory entries carry no data; the members' names hold their folders.
     if (name.ends_with('/')) continue;
-    archive->members_.push_back({Utf16(name), {stat.size, stat.comp_size}, std::nullopt, index});
+    archive->members_.push_back(
+        {Utf16(name), {stat.size, stat.comp_size}, std::nullopt, index, false});
   }
   archive->opened_ = std::move(opened);
   return archive;
@@ -203,10 +217,11 @@ void ZipArchive::write(const Loom::wstring& member, const Loom::string& bytes) {
   // Held as written; its stored size is what an uncompressed member would take.
   const MemberSize size{bytes.size(), bytes.size()};
   if (found == members_.end()) {
-    members_.push_back({member, size, std::string(bytes.data(), bytes.size())});
+    members_.push_back({member, size, std::string(bytes.data(), bytes.size()), 0, true});
   } else {
     found->size = size;
     found->bytes.emplace(bytes.data(), bytes.size());
+    found->changed = true;
   }
 }
 
@@ -216,8 +231,14 @@ void ZipArchive::remove(const Loom::wstring& member) {
 
 void ZipArchive::save() {
   if (std::exchange(g_fail_next_save, false)) Fail("cannot save archive", path_, "injected fault");
-  std::vector<std::pair<std::string, const std::string*>> named;
-  for (const Member& member : members_) named.emplace_back(Utf8(member.name), &bytesOf(member));
+  std::vector<SavedMember> named;
+  for (const Member& member : members_) {
+    if (member.changed) {
+      named.push_back({Utf8(member.name), &*member.bytes, nullptr, 0});
+    } else {
+      named.push_back({Utf8(member.name), nullptr, opened_->zip.get(), member.index});
+    }
+  }
   if (!WriteFileAtomically(NativePath(path_), ZipBytes(named, path_))) {
     Fail("cannot save archive", path_, "the file could not be written");
   }

@@ -53,6 +53,7 @@ class ZipArchive final : public Loom::Services::Archive {
     // Inflated on first use from the opened file (entry `index`), or written since.
     mutable std::optional<std::string> bytes;
     std::uint64_t index = 0;
+    bool changed = false;  // written since open (or new): saved from `bytes`
   };
   struct OpenedFile;
 

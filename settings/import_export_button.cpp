@@ -21,8 +21,7 @@ using spindle::ElemPtr;
 namespace access = spindle::settings_internal;
 
 const spindle::Method<xImportExportButton> xImportExportButton::kMethods[] = {
-    {{"enable", Count::kExactly, 1, {Loom::kArgDocument}},
-     &xImportExportButton::Enable},
+    {{"enable", Count::kExactly, 1, {Loom::kArgDocument}}, &xImportExportButton::Enable},
     {{"SaveSettingsForExport", Count::kExactly, 1, {Loom::kArgDocument}},
      &xImportExportButton::SaveSettingsForExport},
     {{"LoadSettingsForImport", Count::kExactly, 1, {Loom::kArgDocument}},
@@ -33,10 +32,8 @@ const spindle::Method<xImportExportButton> xImportExportButton::kMethods[] = {
      &xImportExportButton::ApplyCustomSetting},
 };
 
-bool xImportExportButton::call(const char *method, int argc, xarg_entry *args,
-                               xarg_entry *) {
-  return spindle::Dispatch<xImportExportButton>(*this, kMethods, false, method,
-                                                argc, args);
+bool xImportExportButton::call(const char *method, int argc, xarg_entry *args, xarg_entry *) {
+  return spindle::Dispatch<xImportExportButton>(*this, kMethods, false, method, argc, args);
 }
 
 namespace {
@@ -78,8 +75,7 @@ constexpr std::u16string_view kImportTitle = u"$IDS_DLG_IMPORT;";
 constexpr std::u16string_view kConfirmDialog = u"Zuhdlg_confirmImport.xul";
 constexpr std::u16string_view kExportError = u"err_Export";
 constexpr std::u16string_view kImportError = u"err_Import";
-constexpr std::array<std::u16string_view, 2> kButtons = {u"but_OthImp",
-                                                         u"but_OthExp"};
+constexpr std::array<std::u16string_view, 2> kButtons = {u"but_OthImp", u"but_OthExp"};
 // Where an import is extracted before it is moved into the user directory.
 constexpr std::u16string_view kImportStaging = u"~import.tmp";
 // Beside the target: the export is written here, then renamed over the target.
@@ -100,8 +96,7 @@ struct Refresh {
 constexpr Refresh kRefreshes[] = {
     {u"cmb_ComProfile", "<import profiles>",
      "profiles.regenerateProfilesList(document, cmb_ComProfile);"},
-    {u"lst_selectedWatermark", "<import wm>",
-     "call watermarkDlg.reloadWMMenuList(document);"},
+    {u"lst_selectedWatermark", "<import wm>", "call watermarkDlg.reloadWMMenuList(document);"},
     {u"cmb_EffOverlay", "<import overlay>",
      "call ovlprint.loadOvlName(document); rule rul_MultiOverlayEnable;"},
     {u"menu_security_pattern", "<import hsp>",
@@ -109,13 +104,10 @@ constexpr Refresh kRefreshes[] = {
 };
 
 const ExportType *ExportTypeOf(const DocPtr &doc) {
-  const std::optional<Loom::string> pdl =
-      spindle::DeviceSetting(doc, "customisation", "OutputPDL");
-  if (!pdl)
-    return nullptr;
+  const std::optional<Loom::string> pdl = spindle::DeviceSetting(doc, "customisation", "OutputPDL");
+  if (!pdl) return nullptr;
   for (const ExportType &type : kExportTypes) {
-    if (*pdl == type.pdl || *pdl == type.pdlLower)
-      return &type;
+    if (*pdl == type.pdl || *pdl == type.pdlLower) return &type;
   }
   return nullptr;
 }
@@ -123,35 +115,29 @@ const ExportType *ExportTypeOf(const DocPtr &doc) {
 // The UI archive: the document's own, else the file the property names. Both
 // name the same file; the document's is asked first because it is already open.
 Loom::wstring UiArchivePath(const DocPtr &doc) {
-  if (const Loom::SmartPtr<Loom::Services::Archive> archive =
-          doc->getArchive()) {
+  if (const Loom::SmartPtr<Loom::Services::Archive> archive = doc->getArchive()) {
     return archive->path().path();
   }
   const Loom::SmartPtr<Loom::PropertyManager> properties = doc->getUserData();
-  return properties ? properties->getString("loom.ui.archive.file")
-                    : Loom::wstring();
+  return properties ? properties->getString("loom.ui.archive.file") : Loom::wstring();
 }
 
 // "err_Export" / "err_Import" in the document, else in the page that opened it
 // (the confirmation dialog reports into the Others tab).
 void SetError(const DocPtr &doc, std::u16string_view id, bool failed) {
   ElemPtr element = spindle::FindById(doc, id);
-  if (!element)
-    element = spindle::FindById(doc->getOwnerDoc(), id);
-  if (element)
-    spindle::SetValue(element, spindle::BoolText(failed));
+  if (!element) element = spindle::FindById(doc->getOwnerDoc(), id);
+  if (element) spindle::SetValue(element, spindle::BoolText(failed));
 }
 
-Loom::OS::FileDialogResult AskForFile(const DocPtr &doc,
-                                      Loom::OS::FileDialogKind kind,
+Loom::OS::FileDialogResult AskForFile(const DocPtr &doc, Loom::OS::FileDialogKind kind,
                                       std::u16string_view title, unsigned flags,
                                       Loom::wstring &path) {
   Loom::OS::FileDialogRequest request;
   request.kind = kind;
   request.owner = Loom::XUL::getXULRootHWND(doc.get());
   request.title = Loom::wstring(title);
-  if (const ExportType *type = ExportTypeOf(doc))
-    request.filter = Loom::wstring(type->filter);
+  if (const ExportType *type = ExportTypeOf(doc)) request.filter = Loom::wstring(type->filter);
   request.initialDirectory = access::UserDirectory(doc);
   request.flags = flags;
   return Loom::OS::runFileDialog(request, path);
@@ -162,8 +148,7 @@ Loom::OS::FileDialogResult AskForFile(const DocPtr &doc,
 // ("%s%s"); a name that already ends with it keeps it once, as the user meant.
 Loom::File ExportTarget(const DocPtr &doc, const Loom::wstring &typed) {
   const ExportType *type = ExportTypeOf(doc);
-  if (type == nullptr ||
-      std::u16string_view(typed).ends_with(type->extension)) {
+  if (type == nullptr || std::u16string_view(typed).ends_with(type->extension)) {
     return Loom::File(typed);
   }
   return Loom::File(typed + Loom::wstring(type->extension));
@@ -173,14 +158,12 @@ Loom::File ExportTarget(const DocPtr &doc, const Loom::wstring &typed) {
 void Prune(PersistentSettings &tree) {
   for (std::size_t i = tree.getNumChildren(); i-- > 0;) {
     const Loom::string key = tree.childAt(i).key();
-    if (key != kTemplateBranch && key != kImageQualityBranch)
-      tree.remove(key);
+    if (key != kTemplateBranch && key != kImageQualityBranch) tree.remove(key);
   }
   if (PersistentItem *quality = tree.find(kImageQualityBranch)) {
     for (std::size_t i = quality->getNumChildren(); i-- > 0;) {
       const Loom::string key = quality->childAt(i).key();
-      if (key.find(kImageQualityKeep) == Loom::string::npos)
-        quality->remove(key);
+      if (key.find(kImageQualityKeep) == Loom::string::npos) quality->remove(key);
     }
   }
 }
@@ -188,10 +171,8 @@ void Prune(PersistentSettings &tree) {
 // The pruned user tree as a document, staged in memory; the live tree reads
 // exactly as before afterwards (marked, pruned, saved to the stage, reverted,
 // its store set back).
-Loom::SmartPtr<Loom::Dom::Document>
-StagePrunedSettings(PersistentSettings &tree) {
-  const Loom::SmartPtr<Loom::Services::BackingStoreIO> stage(
-      new TempBackingStoreIO());
+Loom::SmartPtr<Loom::Dom::Document> StagePrunedSettings(PersistentSettings &tree) {
+  const Loom::SmartPtr<Loom::Services::BackingStoreIO> stage(new TempBackingStoreIO());
   access::BorrowedStore borrowed(tree, stage);
   tree.mark();
   Prune(tree);
@@ -205,46 +186,37 @@ StagePrunedSettings(PersistentSettings &tree) {
 // ArchiveError.
 void WriteExportArchive(const DocPtr &doc, const Loom::File &partial,
                         Loom::Dom::Document &settings) {
-  const Loom::SmartPtr<Loom::Services::Archive> archive =
-      Loom::Services::Archive::open(partial);
-  const Loom::File customPaper = Loom::File(access::UserDirectory(doc)) /
-                                 Loom::wstring(kCustomPaperMember);
+  const Loom::SmartPtr<Loom::Services::Archive> archive = Loom::Services::Archive::open(partial);
+  const Loom::File customPaper =
+      Loom::File(access::UserDirectory(doc)) / Loom::wstring(kCustomPaperMember);
   Loom::Services::FileBackingStoreIO paperStore(customPaper, 0, 1);
   if (const Loom::SmartPtr<Loom::Dom::Document> paper = paperStore.read()) {
-    Loom::Services::ArchiveBackingStoreIO(archive,
-                                          Loom::wstring(kCustomPaperMember), 0)
+    Loom::Services::ArchiveBackingStoreIO(archive, Loom::wstring(kCustomPaperMember), 0)
         .write(paper.get());
   }
-  for (std::u16string_view member : kMachineMembers)
-    archive->remove(Loom::wstring(member));
+  for (std::u16string_view member : kMachineMembers) archive->remove(Loom::wstring(member));
   Loom::Services::ArchiveBackingStoreIO settingsMember(
       archive, Loom::wstring(access::kExportedSettingsMember), 0);
   if (!settingsMember.write(&settings)) {
-    throw Loom::Services::ArchiveError(
-        "the settings cannot be written into the export");
+    throw Loom::Services::ArchiveError("the settings cannot be written into the export");
   }
   archive->save();
 }
 
-bool Export(const DocPtr &doc, Loom::XUL::xWindow &window,
-            const Loom::File &target) {
-  const Loom::SmartPtr<Loom::Dom::Document> settings =
-      StagePrunedSettings(window.getSettings());
+bool Export(const DocPtr &doc, Loom::XUL::xWindow &window, const Loom::File &target) {
+  const Loom::SmartPtr<Loom::Dom::Document> settings = StagePrunedSettings(window.getSettings());
   const Loom::wstring uiArchive = UiArchivePath(doc);
-  if (!settings || uiArchive.empty())
-    return false;
+  if (!settings || uiArchive.empty()) return false;
   const Loom::File partial(target.path() + Loom::wstring(kPartialSuffix));
   try {
-    if (!Loom::File(uiArchive).copyTo(partial))
-      return false;
+    if (!Loom::File(uiArchive).copyTo(partial)) return false;
     WriteExportArchive(doc, partial, *settings);
   } catch (const Loom::Services::ArchiveError &) {
     partial.remove();
     return false;
   }
   // Only a complete export replaces a file of that name.
-  if (partial.moveTo(target))
-    return true;
+  if (partial.moveTo(target)) return true;
   partial.remove();
   return false;
 }
@@ -258,14 +230,12 @@ bool LoadImportedSettings(PersistentSettings &tree, const Loom::File &file) {
       new Loom::Services::FileBackingStoreIO(file, 0, 1));
   PersistentSettings scratch;
   scratch.setBackingStoreIO(store);
-  if (!scratch.loadSettings())
-    return false;
+  if (!scratch.loadSettings()) return false;
   access::BorrowedStore borrowed(tree, store);
   if (PersistentItem *quality = tree.find(kImageQualityBranch)) {
     for (std::size_t i = quality->getNumChildren(); i-- > 0;) {
       const Loom::string key = quality->childAt(i).key();
-      if (key.find(kImageQualityKeep) != Loom::string::npos)
-        quality->remove(key);
+      if (key.find(kImageQualityKeep) != Loom::string::npos) quality->remove(key);
     }
   }
   tree.remove(kImportClearedBranch);
@@ -275,8 +245,8 @@ bool LoadImportedSettings(PersistentSettings &tree, const Loom::File &file) {
 // Extracts `archive` into `staging`, then moves every member but the settings
 // into the user directory. False, with the user directory untouched, when
 // extraction fails.
-bool PlaceMembers(const Loom::Services::Archive &archive,
-                  const Loom::File &staging, const Loom::File &userDir) {
+bool PlaceMembers(const Loom::Services::Archive &archive, const Loom::File &staging,
+                  const Loom::File &userDir) {
   try {
     archive.extractAll(staging);
   } catch (const Loom::Services::ArchiveError &) {
@@ -284,26 +254,23 @@ bool PlaceMembers(const Loom::Services::Archive &archive,
   }
   bool placed = true;
   for (const Loom::wstring &member : archive.members()) {
-    if (member == access::kExportedSettingsMember)
-      continue;
+    if (member == access::kExportedSettingsMember) continue;
     placed = (staging / member).moveTo(userDir / member) && placed;
   }
   return placed;
 }
 
-} // namespace
+}  // namespace
 
 bool xImportExportButton::Enable(spindle::CallArgs &args) {
   const DocPtr &doc = args.doc(0);
-  if (!doc)
-    return true;
+  if (!doc) return true;
   // Both need the UI archive: export copies it, import restores into what it
   // serves.
   const bool available = !UiArchivePath(doc).empty();
   for (std::u16string_view id : kButtons) {
     if (const ElemPtr button = spindle::FindById(doc, id)) {
-      button->setAttr(Loom::kAttrDisabled,
-                      Loom::wstring(spindle::BoolText(!available)));
+      button->setAttr(Loom::kAttrDisabled, Loom::wstring(spindle::BoolText(!available)));
     }
   }
   return true;
@@ -312,19 +279,18 @@ bool xImportExportButton::Enable(spindle::CallArgs &args) {
 bool xImportExportButton::SaveSettingsForExport(spindle::CallArgs &args) {
   const DocPtr &doc = args.doc(0);
   const Loom::SmartPtr<Loom::XUL::xWindow> window = spindle::WindowOf(doc);
-  if (!window)
-    return true;
+  if (!window) return true;
   Loom::wstring chosen;
-  switch (AskForFile(doc, Loom::OS::FileDialogKind::kSave, kExportTitle,
-                     kSaveDialogFlags, chosen)) {
-  case Loom::OS::FileDialogResult::kCancelled:
-    SetError(doc, kExportError, false);
-    return true;
-  case Loom::OS::FileDialogResult::kFailed:
-    SetError(doc, kExportError, true);
-    return true;
-  case Loom::OS::FileDialogResult::kChosen:
-    break;
+  switch (
+      AskForFile(doc, Loom::OS::FileDialogKind::kSave, kExportTitle, kSaveDialogFlags, chosen)) {
+    case Loom::OS::FileDialogResult::kCancelled:
+      SetError(doc, kExportError, false);
+      return true;
+    case Loom::OS::FileDialogResult::kFailed:
+      SetError(doc, kExportError, true);
+      return true;
+    case Loom::OS::FileDialogResult::kChosen:
+      break;
   }
   SetError(doc, kExportError, !Export(doc, *window, ExportTarget(doc, chosen)));
   return true;
@@ -332,18 +298,17 @@ bool xImportExportButton::SaveSettingsForExport(spindle::CallArgs &args) {
 
 bool xImportExportButton::LoadSettingsForImport(spindle::CallArgs &args) {
   const DocPtr &doc = args.doc(0);
-  if (!doc)
-    return true;
+  if (!doc) return true;
   Loom::wstring chosen;
-  switch (AskForFile(doc, Loom::OS::FileDialogKind::kOpen, kImportTitle,
-                     kOpenDialogFlags, chosen)) {
-  case Loom::OS::FileDialogResult::kCancelled:
-    return true;
-  case Loom::OS::FileDialogResult::kFailed:
-    SetError(doc, kImportError, true);
-    return true;
-  case Loom::OS::FileDialogResult::kChosen:
-    break;
+  switch (
+      AskForFile(doc, Loom::OS::FileDialogKind::kOpen, kImportTitle, kOpenDialogFlags, chosen)) {
+    case Loom::OS::FileDialogResult::kCancelled:
+      return true;
+    case Loom::OS::FileDialogResult::kFailed:
+      SetError(doc, kImportError, true);
+      return true;
+    case Loom::OS::FileDialogResult::kChosen:
+      break;
   }
   try {
     Loom::Services::Archive::open(Loom::File(chosen));
@@ -353,16 +318,14 @@ bool xImportExportButton::LoadSettingsForImport(spindle::CallArgs &args) {
   }
   importPath_ = chosen;
   SetError(doc, kImportError, false);
-  Loom::XUL::openDialog(doc.get(), Loom::wstring(kConfirmDialog),
-                        Loom::wstring(kImportTitle));
+  Loom::XUL::openDialog(doc.get(), Loom::wstring(kConfirmDialog), Loom::wstring(kImportTitle));
   return true;
 }
 
 bool xImportExportButton::SetConfirmedOK(spindle::CallArgs &args) {
   const DocPtr &doc = args.doc(0);
   const Loom::SmartPtr<Loom::XUL::xWindow> window = spindle::WindowOf(doc);
-  if (!window)
-    return true;
+  if (!window) return true;
   const Loom::wstring userDirPath = access::UserDirectory(doc);
   if (importPath_.empty() || userDirPath.empty()) {
     SetError(doc, kImportError, true);
@@ -376,12 +339,10 @@ bool xImportExportButton::SetConfirmedOK(spindle::CallArgs &args) {
         Loom::Services::Archive::open(Loom::File(importPath_));
     // Judged whole before anything is written; extracted beside, then moved
     // into place.
-    if (access::ArchiveMayBeImported(archive) && staging.removeAll() &&
-        staging.createDirectory()) {
+    if (access::ArchiveMayBeImported(archive) && staging.removeAll() && staging.createDirectory()) {
       imported = PlaceMembers(*archive, staging, userDir) &&
-                 LoadImportedSettings(
-                     window->getSettings(),
-                     staging / Loom::wstring(access::kExportedSettingsMember));
+                 LoadImportedSettings(window->getSettings(),
+                                      staging / Loom::wstring(access::kExportedSettingsMember));
     }
   } catch (const Loom::Services::ArchiveError &) {
     imported = false;
@@ -393,10 +354,8 @@ bool xImportExportButton::SetConfirmedOK(spindle::CallArgs &args) {
 
 bool xImportExportButton::ApplyCustomSetting(spindle::CallArgs &args) {
   const DocPtr &doc = args.doc(0);
-  const Loom::SmartPtr<Loom::JS::Environment> env =
-      doc ? doc->getScriptEnv() : nullptr;
-  if (!env)
-    return true;
+  const Loom::SmartPtr<Loom::JS::Environment> env = doc ? doc->getScriptEnv() : nullptr;
+  if (!env) return true;
   for (const Refresh &refresh : kRefreshes) {
     if (spindle::FindById(doc, refresh.element))
       env->doString(refresh.script, refresh.source, nullptr);
