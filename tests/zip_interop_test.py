@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Export files against other zip tools: an exported configuration passes Info-ZIP's
-`unzip -t` and Python's zipfile, an archive made by Info-ZIP's `zip` imports, and a
-compression bomb made by zipfile is refused without a trace. Usage: LOOMSIM SCRATCH_DIR"""
+`unzip -t` and Python's zipfile and imports on a fresh user directory, an archive made by
+Info-ZIP's `zip` imports, and a compression bomb made by zipfile is refused without a
+trace. Usage: LOOMSIM SCRATCH_DIR"""
 import pathlib, re, shutil, subprocess, sys, zipfile
 
 loomsim, scratch = sys.argv[1], pathlib.Path(sys.argv[2])
@@ -34,6 +35,7 @@ archive driver:"ui.zip" member "pages/basic.xul" <<END
 END
 uiarchive driver:"ui.zip"
 user TEMPLATE/TEMPLATE_BUTTON_1 = "Draft"
+user IMAGE_QUALITY/setting_gamma = "1.8"
 user TAB_BASIC/Copies = "3"
 filedialog user:"conf"
 call impexpbut.SaveSettingsForExport(document)
@@ -49,9 +51,22 @@ with zipfile.ZipFile(exported) as archive:
     assert {"Zuconf_export.xml", "pages/basic.xul"} <= names and "Zuconf.xml" not in names, names
     settings = archive.read("Zuconf_export.xml").decode()
     assert "TEMPLATE_BUTTON_1" in settings and "TAB_BASIC" not in settings, settings
+shutil.copy(exported, scratch / "exported.cfp")
 shutil.rmtree(kept)
 
-# 2. An archive made by Info-ZIP's zip imports.
+# 2. The export imported on a fresh user directory gives the same templates and image
+# quality.
+run("reimport.scn", SHEET + f"""filedialog "{scratch / 'exported.cfp'}"
+call impexpbut.LoadSettingsForImport(document)
+call impexpbut.setConfirmedOK(document)
+expect #err_Import.value == "false"
+expect user TEMPLATE/TEMPLATE_BUTTON_1 == "Draft"
+expect user IMAGE_QUALITY/setting_gamma == "1.8"
+expect user TAB_BASIC absent
+expect file user:"pages/basic.xul" exists
+""")
+
+# 3. An archive made by Info-ZIP's zip imports.
 source = scratch / "made_by_zip"
 (source / "images").mkdir(parents=True)
 (source / "Zuconf_export.xml").write_text(
@@ -70,7 +85,7 @@ expect file user:"images/logo.txt" contains "logo"
 expect file user:"Zuconf_export.xml" absent
 """)
 
-# 3. A member compressed far beyond 100:1 is refused and changes nothing.
+# 4. A member compressed far beyond 100:1 is refused and changes nothing.
 with zipfile.ZipFile(scratch / "bomb.cfp", "w", zipfile.ZIP_DEFLATED) as archive:
     archive.writestr("Zuconf_export.xml", "<settings/>")
     archive.writestr("zeros.bin", bytes(4 * 1024 * 1024))
