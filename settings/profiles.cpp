@@ -132,10 +132,12 @@ Loom::wstring SlotFileName(int slot) {
   return spindle::Widen(name);
 }
 
-// The first slot whose file does not exist, or nothing when all 20 do.
-std::optional<int> FreeSlot(const Loom::File& userDir) {
+// The first slot whose file does not exist (or is `replaced`, the file of the profile a
+// save replaces), or nothing when all 20 are taken.
+std::optional<int> FreeSlot(const Loom::File& userDir, const Loom::wstring& replaced = {}) {
   for (int slot = 0; slot < kSlots; ++slot) {
-    if (!(userDir / SlotFileName(slot)).exists()) return slot;
+    const Loom::wstring name = SlotFileName(slot);
+    if (name == replaced || !(userDir / name).exists()) return slot;
   }
   return std::nullopt;
 }
@@ -321,6 +323,7 @@ bool xProfiles::SaveProfile(const DocPtr& doc, bool temporary) {
 
   Loom::string name = kTemporaryKey;
   Loom::wstring fileName;
+  Loom::wstring replacedFile;
   if (temporary) {
     const std::optional<Loom::wstring> model = TemporaryFileName(doc);
     if (!model) return false;
@@ -330,24 +333,25 @@ bool xProfiles::SaveProfile(const DocPtr& doc, bool temporary) {
     if (!field) return false;
     name = spindle::Narrow(spindle::ValueOf(field));
     if (name.empty()) return false;
-    // Saving under a name in use replaces that profile.
+    // Saving under a name in use replaces that profile: its file counts as free, and is
+    // removed only once the new one is saved, so a failed save loses nothing.
     if (PersistentItem* old = Entry(*tree, name)) {
-      const Loom::File oldFile = userDir / spindle::Widen(static_cast<Loom::string>(*old));
-      if (oldFile.exists()) oldFile.remove();
+      replacedFile = spindle::Widen(static_cast<Loom::string>(*old));
     }
-    const std::optional<int> slot = FreeSlot(userDir);
+    const std::optional<int> slot = FreeSlot(userDir, replacedFile);
     if (!slot) return false;
     fileName = SlotFileName(*slot);
   }
 
+  // A new document every time: nothing of an earlier save of this file carries over.
   Loom::Services::XULDocSerialiser profile(
       Loom::SmartPtr<Loom::Services::BackingStoreIO>(
           new Loom::Services::FileBackingStoreIO(userDir / fileName, 1, 0)),
       PlainValidator());
-  profile.load();  // a temporary profile's earlier file, if any, is replaced whole below
   profile.writeSettings(doc.get(), kPageDocument);
   AddPluginDocuments(doc, *window, profile);
   if (!profile.save()) return false;
+  if (!replacedFile.empty() && replacedFile != fileName) (userDir / replacedFile).remove();
 
   PersistentItem& entry = (*tree)[kProfilesBranch][name];
   entry = spindle::Narrow(fileName);
