@@ -38,6 +38,8 @@ test-asan: deps $(ASAN_BUILD)/build.ninja
 
 bench: build
 	$(BUILD)/bin/bench_dispatch
+	$(BUILD)/bin/bench_profiles
+	$(BUILD)/bin/bench_import_export
 
 win32-deps:
 	@scripts/install-deps win32

@@ -48,14 +48,20 @@ Loom::wstring PrinterFolderName(std::u16string_view portName) {
   return folder;
 }
 
-std::optional<Loom::File> PrinterFilePath(const DocPtr& doc) {
+std::optional<Loom::File> PrinterFolder(const DocPtr& doc) {
   if (!doc) return std::nullopt;
   const Loom::SmartPtr<Loom::PropertyManager> properties = doc->getUserData();
   if (!properties) return std::nullopt;
   const Loom::wstring driverName = properties->getString("loom.driver.name");
   if (driverName.empty()) return std::nullopt;
   const Loom::Printer printer(driverName);
-  return Loom::File(doc->getUserDir()) / PrinterFolderName(printer.getPortName()) / kFileName;
+  return Loom::File(doc->getUserDir()) / PrinterFolderName(printer.getPortName());
+}
+
+std::optional<Loom::File> PrinterFilePath(const DocPtr& doc) {
+  const std::optional<Loom::File> folder = PrinterFolder(doc);
+  if (!folder) return std::nullopt;
+  return *folder / kFileName;
 }
 
 std::optional<Loom::string> ReadPrinterFile(const DocPtr& doc, std::string_view section,
@@ -73,11 +79,12 @@ std::optional<Loom::string> ReadPrinterFile(const DocPtr& doc, std::string_view 
 
 bool WritePrinterFile(const DocPtr& doc, std::string_view section, std::string_view key,
                       std::string_view value) {
-  const std::optional<Loom::File> path = PrinterFilePath(doc);
+  const std::optional<Loom::File> folder = PrinterFolder(doc);
   // The printer's folder is made with the first value stored for it.
-  if (!path || !path->createParentDirectories()) return false;
+  if (!folder || !folder->createDirectory()) return false;
+  const Loom::File path = *folder / kFileName;
   Loom::Services::PersistentSettings tree;
-  tree.setBackingStoreIO(Store(*path, kCreate, kWritable));
+  tree.setBackingStoreIO(Store(path, kCreate, kWritable));
   tree.loadSettings();  // a missing file starts empty
   tree[Loom::string(section)][Loom::string(key)] = Loom::string(value);
   return tree.saveSettings();

@@ -23,6 +23,8 @@ Loom::wstring PrinterFolderName(std::u16string_view portName);
 // The path of "wlk.xml" for the printer of `doc`; nothing when the document has no
 // properties or no driver name.
 std::optional<Loom::File> PrinterFilePath(const DocPtr& doc);
+// The printer folder that holds it, by the same rules.
+std::optional<Loom::File> PrinterFolder(const DocPtr& doc);
 
 // The value of section/key in the printer's file; nothing when the file, the section or
 // the key is missing. Reading never creates the file.

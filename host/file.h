@@ -20,9 +20,17 @@ class File {
   bool remove() const;
   // Copies the file over `target` (replacing it); false on failure.
   bool copyTo(const File& target) const;
-  // Creates the directory this file lies in, with its parents, when missing; false when
-  // it cannot be created.
-  bool createParentDirectories() const;
+  // Replaces (or creates) the file with `bytes`, atomically: it is either the old or the
+  // new content, never part of one. False on failure, with the file as it was.
+  bool write(const string& bytes) const;
+  // Renames the file or directory to `target`, replacing a file there and creating the
+  // missing folders on the way; false, with both as they were, on failure.
+  bool moveTo(const File& target) const;
+  // Creates this directory and its missing parents; true when it exists afterwards.
+  bool createDirectory() const;
+  // Removes this file, or this directory with everything below it; true when nothing is
+  // left of it (also when it was not there).
+  bool removeAll() const;
 
  private:
   wstring path_;

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 
 #include "host/dom.h"
@@ -160,6 +161,14 @@ class Archive : public RefCount {
   virtual const File& path() const = 0;
   virtual bool exists(const wstring& member) const = 0;
   virtual vector<wstring> members() const = 0;
+  // The member's size and its size as stored (compressed), as the archive's directory
+  // records them, so a member can be judged before it is read; throws ArchiveError when
+  // it is missing.
+  struct MemberSize {
+    std::uint64_t size;
+    std::uint64_t storedSize;
+  };
+  virtual MemberSize memberSize(const wstring& member) const = 0;
   // The member's bytes; throws ArchiveError when it is missing.
   virtual string read(const wstring& member) const = 0;
   virtual void write(const wstring& member, const string& bytes) = 0;

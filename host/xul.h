@@ -147,4 +147,9 @@ class xWindow : public RefCount {
 // The native window that shows `doc`'s root, or null.
 OS::WindowHandle getXULRootHWND(xXULDoc* doc);
 
+// Opens the dialog document `fileName` ("Zuhdlg_confirmImport.xul", found in the UI
+// archive) owned by `parent`, with the window title `title` (a string-table reference is
+// resolved when shown). False when the dialog cannot be opened.
+bool openDialog(xXULDoc* parent, const wstring& fileName, const wstring& title);
+
 }  // namespace Loom::XUL

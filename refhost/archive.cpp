@@ -57,8 +57,16 @@ std::string ReadEntry(zip_t* archive, zip_uint64_t index, std::uint64_t size) {
 
 // The zip file of `members` (UTF-8 name, bytes), built in memory. Throws ArchiveError
 // naming `path`.
-std::string ZipBytes(const std::vector<std::pair<std::string, const std::string*>>& members,
-                     const Loom::File& path) {
+// One member to save: its bytes, or an entry of an opened archive copied as stored, so
+// members that did not change are never inflated and compressed again.
+struct SavedMember {
+  std::string name;
+  const std::string* bytes;
+  zip_t* from;
+  zip_uint64_t index;
+};
+
+std::string ZipBytes(const std::vector<SavedMember>& members, const Loom::File& path) {
   if (members.empty()) return std::string(kEmptyZip, sizeof kEmptyZip);
   zip_error_t error;
   zip_error_init(&error);
@@ -69,9 +77,14 @@ std::string ZipBytes(const std::vector<std::pair<std::string, const std::string*
   zip_error_fini(&error);
   // The archive owns the buffer now; one more reference keeps it past zip_close.
   zip_source_keep(buffer.get());
-  for (const auto& [name, bytes] : members) {
-    zip_source_t* data = zip_source_buffer(archive.get(), bytes->data(), bytes->size(), 0);
-    if (data == nullptr || zip_file_add(archive.get(), name.c_str(), data, ZIP_FL_ENC_UTF_8) < 0) {
+  for (const SavedMember& member : members) {
+    // A whole entry (start 0, length -1) is copied with its compressed data.
+    zip_source_t* data =
+        member.bytes != nullptr
+            ? zip_source_buffer(archive.get(), member.bytes->data(), member.bytes->size(), 0)
+            : zip_source_zip(archive.get(), member.from, member.index, 0, 0, -1);
+    if (data == nullptr ||
+        zip_file_add(archive.get(), member.name.c_str(), data, ZIP_FL_ENC_UTF_8) < 0) {
       if (data != nullptr) zip_source_free(data);
       Fail("cannot save archive", path, LibzipMessage(archive.get()));
     }
@@ -112,42 +125,70 @@ std::optional<std::filesystem::path> ExtractionTarget(const Loom::wstring& membe
 
 }  // namespace
 
+// The archive's file as read at open, with libzip's handle on it.
+struct ZipArchive::OpenedFile {
+  std::string bytes;
+  ZipHandle zip;
+};
+
+ZipArchive::ZipArchive(Loom::File path) : path_(std::move(path)) {}
+
+ZipArchive::~ZipArchive() = default;
+
 Loom::SmartPtr<ZipArchive> ZipArchive::Open(const Loom::File& path) {
-  const std::optional<std::string> file = ReadWholeFile(NativePath(path));
+  std::optional<std::string> file = ReadWholeFile(NativePath(path));
   if (!file) Fail("cannot read archive", path, "no such file");
   if (file->empty()) Fail("cannot open archive", path, "empty file");
+  auto opened = std::make_unique<OpenedFile>();
+  opened->bytes = std::move(*file);
   zip_error_t error;
   zip_error_init(&error);
-  SourceHandle source(zip_source_buffer_create(file->data(), file->size(), 0, &error));
+  SourceHandle source(
+      zip_source_buffer_create(opened->bytes.data(), opened->bytes.size(), 0, &error));
   if (!source) Fail("cannot open archive", path, LibzipMessage(&error));
-  ZipHandle archive(zip_open_from_source(source.get(), ZIP_RDONLY | ZIP_CHECKCONS, &error));
-  if (!archive) Fail("cannot open archive", path, LibzipMessage(&error));
+  opened->zip.reset(zip_open_from_source(source.get(), ZIP_RDONLY | ZIP_CHECKCONS, &error));
+  if (!opened->zip) Fail("cannot open archive", path, LibzipMessage(&error));
   source.release();  // owned by the archive now
   zip_error_fini(&error);
 
-  Loom::SmartPtr<ZipArchive> opened(new ZipArchive(path));
-  const zip_int64_t count = zip_get_num_entries(archive.get(), 0);
+  Loom::SmartPtr<ZipArchive> archive(new ZipArchive(path));
+  zip_t* zip = opened->zip.get();
+  const zip_int64_t count = zip_get_num_entries(zip, 0);
   for (zip_int64_t i = 0; i < count; ++i) {
     zip_stat_t stat;
     const auto index = static_cast<zip_uint64_t>(i);
-    if (zip_stat_index(archive.get(), index, 0, &stat) != 0) {
-      Fail("cannot read archive", path, LibzipMessage(archive.get()));
-    }
+    if (zip_stat_index(zip, index, 0, &stat) != 0)
+      Fail("cannot read archive", path, LibzipMessage(zip));
     const std::string_view name = stat.name;
     // Directory entries carry no data; the members' names hold their folders.
     if (name.ends_with('/')) continue;
-    std::string bytes = ReadEntry(archive.get(), index, stat.size);
-    if (bytes.size() != stat.size) {
-      Fail("cannot read archive member", path,
-           std::string(name) + ": " + LibzipMessage(archive.get()));
-    }
-    opened->members_.push_back({Utf16(name), std::move(bytes)});
+    archive->members_.push_back(
+        {Utf16(name), {stat.size, stat.comp_size}, std::nullopt, index, false});
   }
-  return opened;
+  archive->opened_ = std::move(opened);
+  return archive;
 }
 
 Loom::SmartPtr<ZipArchive> ZipArchive::Create(const Loom::File& path) {
   return Loom::SmartPtr<ZipArchive>(new ZipArchive(path));
+}
+
+const std::string& ZipArchive::bytesOf(const Member& member) const {
+  if (!member.bytes) {
+    std::string bytes = ReadEntry(opened_->zip.get(), member.index, member.size.size);
+    if (bytes.size() != member.size.size) {
+      Fail("cannot read archive member", path_,
+           Utf8(member.name) + ": " + LibzipMessage(opened_->zip.get()));
+    }
+    member.bytes = std::move(bytes);
+  }
+  return *member.bytes;
+}
+
+Loom::Services::Archive::MemberSize ZipArchive::memberSize(const Loom::wstring& member) const {
+  const Member* found = find(member);
+  if (found == nullptr) Fail("no member '" + Utf8(member) + "' in archive", path_, "not found");
+  return found->size;
 }
 
 const ZipArchive::Member* ZipArchive::find(const Loom::wstring& name) const {
@@ -167,16 +208,20 @@ Loom::vector<Loom::wstring> ZipArchive::members() const {
 Loom::string ZipArchive::read(const Loom::wstring& member) const {
   const Member* found = find(member);
   if (found == nullptr) Fail("no member '" + Utf8(member) + "' in archive", path_, "not found");
-  return Loom::string(found->bytes);
+  return Loom::string(bytesOf(*found));
 }
 
 void ZipArchive::write(const Loom::wstring& member, const Loom::string& bytes) {
   const auto found = std::find_if(members_.begin(), members_.end(),
                                   [&member](const Member& m) { return m.name == member; });
+  // Held as written; its stored size is what an uncompressed member would take.
+  const MemberSize size{bytes.size(), bytes.size()};
   if (found == members_.end()) {
-    members_.push_back({member, std::string(bytes.data(), bytes.size())});
+    members_.push_back({member, size, std::string(bytes.data(), bytes.size()), 0, true});
   } else {
-    found->bytes.assign(bytes.data(), bytes.size());
+    found->size = size;
+    found->bytes.emplace(bytes.data(), bytes.size());
+    found->changed = true;
   }
 }
 
@@ -186,8 +231,14 @@ void ZipArchive::remove(const Loom::wstring& member) {
 
 void ZipArchive::save() {
   if (std::exchange(g_fail_next_save, false)) Fail("cannot save archive", path_, "injected fault");
-  std::vector<std::pair<std::string, const std::string*>> named;
-  for (const Member& member : members_) named.emplace_back(Utf8(member.name), &member.bytes);
+  std::vector<SavedMember> named;
+  for (const Member& member : members_) {
+    if (member.changed) {
+      named.push_back({Utf8(member.name), &*member.bytes, nullptr, 0});
+    } else {
+      named.push_back({Utf8(member.name), nullptr, opened_->zip.get(), member.index});
+    }
+  }
   if (!WriteFileAtomically(NativePath(path_), ZipBytes(named, path_))) {
     Fail("cannot save archive", path_, "the file could not be written");
   }
@@ -201,7 +252,7 @@ void ZipArchive::extract(const Loom::wstring& member, const Loom::File& director
     Fail("refusing to extract '" + Utf8(member) + "' from", path_, "it leaves the directory");
   std::error_code error;
   std::filesystem::create_directories(target->parent_path(), error);
-  if (!WriteFileAtomically(*target, found->bytes)) {
+  if (!WriteFileAtomically(*target, bytesOf(*found))) {
     Fail("cannot extract '" + Utf8(member) + "' from", path_, "the file could not be written");
   }
 }

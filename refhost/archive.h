@@ -1,8 +1,10 @@
 // Zip archives of the reference host (Loom::Services::Archive on libzip): the driver's UI
 // archive and the export files.
 //
-// An archive is read whole into memory when it is opened; write and remove change only
-// that copy, and save() writes the whole archive back to its file atomically (through
+// An archive's file is read into memory when it is opened, and each member is inflated
+// only when it is read, extracted or saved (so a member's recorded sizes can be judged
+// before it is inflated); write and remove change only that copy, and save() writes the
+// whole archive back to its file atomically (through
 // refhost/file_io.h), so a failed save leaves the file exactly as it was. Member names are
 // stored in UTF-8 and compared exactly (case-sensitive, '\' and '/' are different
 // characters). extract and extractAll refuse a member name that would land outside the
@@ -13,6 +15,9 @@
 // stored as one member.
 #pragma once
 
+#include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,6 +38,7 @@ class ZipArchive final : public Loom::Services::Archive {
   bool exists(const Loom::wstring& member) const override;
   // In archive order; members written since are at the end.
   Loom::vector<Loom::wstring> members() const override;
+  MemberSize memberSize(const Loom::wstring& member) const override;
   Loom::string read(const Loom::wstring& member) const override;
   void write(const Loom::wstring& member, const Loom::string& bytes) override;
   void remove(const Loom::wstring& member) override;
@@ -43,16 +49,23 @@ class ZipArchive final : public Loom::Services::Archive {
  private:
   struct Member {
     Loom::wstring name;
-    std::string bytes;
+    MemberSize size;
+    // Inflated on first use from the opened file (entry `index`), or written since.
+    mutable std::optional<std::string> bytes;
+    std::uint64_t index = 0;
+    bool changed = false;  // written since open (or new): saved from `bytes`
   };
+  struct OpenedFile;
 
-  explicit ZipArchive(Loom::File path) : path_(std::move(path)) {}
-  ~ZipArchive() override = default;
+  explicit ZipArchive(Loom::File path);
+  ~ZipArchive() override;
 
   const Member* find(const Loom::wstring& name) const;
+  const std::string& bytesOf(const Member& member) const;
 
   Loom::File path_;
   std::vector<Member> members_;
+  std::unique_ptr<OpenedFile> opened_;  // the file as read at open; null for a new archive
 };
 
 // Fault injection: the next save() of any archive throws ArchiveError without touching

@@ -38,11 +38,29 @@ bool File::copyTo(const File& target) const {
   return bytes && refhost::WriteFileAtomically(refhost::NativePath(target), *bytes);
 }
 
-bool File::createParentDirectories() const {
-  const std::filesystem::path parent = refhost::NativePath(*this).parent_path();
+bool File::write(const string& bytes) const {
+  return refhost::WriteFileAtomically(refhost::NativePath(*this),
+                                      std::string_view(bytes.data(), bytes.size()));
+}
+
+bool File::moveTo(const File& target) const {
+  const std::filesystem::path to = refhost::NativePath(target);
   std::error_code error;
-  if (parent.empty() || std::filesystem::is_directory(parent, error)) return true;
-  std::filesystem::create_directories(parent, error);
+  std::filesystem::create_directories(to.parent_path(), error);
+  if (error) return false;
+  std::filesystem::rename(refhost::NativePath(*this), to, error);
+  return !error;
+}
+
+bool File::createDirectory() const {
+  std::error_code error;
+  std::filesystem::create_directories(refhost::NativePath(*this), error);
+  return std::filesystem::is_directory(refhost::NativePath(*this), error);
+}
+
+bool File::removeAll() const {
+  std::error_code error;
+  std::filesystem::remove_all(refhost::NativePath(*this), error);
   return !error;
 }
 

@@ -61,6 +61,11 @@ bool Spooler::setPortName(std::u16string port) {
   return true;
 }
 
+std::optional<std::u16string> Spooler::currentPrinter() const {
+  if (current_ == nullptr) return std::nullopt;
+  return current_->driverName;
+}
+
 std::optional<std::u16string> Spooler::portOf(std::u16string_view driverName) const {
   const PrinterRecord* printer = find(driverName);
   if (printer == nullptr) return std::nullopt;

@@ -36,6 +36,8 @@ class Spooler {
   void addPrinter(std::u16string driverName);
   // Sets the current printer's port name; false when no printer was added yet.
   bool setPortName(std::u16string port);
+  // The driver name of the printer added last; nothing before any.
+  std::optional<std::u16string> currentPrinter() const;
   // The port name of the printer `driverName`; nothing when there is no such printer.
   std::optional<std::u16string> portOf(std::u16string_view driverName) const;
 

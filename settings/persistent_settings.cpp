@@ -54,24 +54,6 @@ constexpr std::u16string_view kFactoryFileSuffix = u"factdef.xml";
 constexpr std::u16string_view kRegistryKeyBase = u"Software\\Spindle\\";
 constexpr std::u16string_view kXpsAlwaysMarker = u"TANDEM_ALWAYS";
 
-// For as long as it lives, the tree reads from `store`; its own store is set back on
-// every path out, exceptions included.
-class BorrowedStore {
- public:
-  BorrowedStore(Loom::Services::PersistentSettings& tree,
-                Loom::SmartPtr<Loom::Services::BackingStoreIO> store)
-      : tree_(tree), own_(tree.getBackingStoreIO()) {
-    tree_.setBackingStoreIO(std::move(store));
-  }
-  ~BorrowedStore() { tree_.setBackingStoreIO(own_); }
-  BorrowedStore(const BorrowedStore&) = delete;
-  BorrowedStore& operator=(const BorrowedStore&) = delete;
-
- private:
-  Loom::Services::PersistentSettings& tree_;
-  Loom::SmartPtr<Loom::Services::BackingStoreIO> own_;
-};
-
 // Reloads `tree` from `store`, then puts the user-owned branches back as they were: a
 // branch that existed goes back to its marked state, one that did not is removed again
 // when the factory file brought it.
@@ -85,7 +67,7 @@ bool ReloadKeepingUserBranches(Loom::Services::PersistentSettings& tree,
   }
   bool loaded;
   {
-    BorrowedStore borrowed(tree, std::move(store));
+    access::BorrowedStore borrowed(tree, std::move(store));
     loaded = tree.loadSettings();
   }
   for (std::size_t i = 0; i < kUserOwnedBranches.size(); ++i) {

@@ -71,11 +71,19 @@ bool RemoveSetting(CallArgs& args, Tree which) {
 }
 
 bool LoadSetting(CallArgs& args, Tree which) {
-  const std::optional<StoredRead> read = ReadTarget(args, which);
-  if (!read) return false;
-  const ElemPtr& elem = args.elem(kElementArg);
-  if (read->node == nullptr || !elem) return true;
-  elem->setAttribute(Widen(args.str(kAttributeArg)), Widen(static_cast<Loom::string>(*read->node)));
+  Loom::SmartPtr<Loom::XUL::xWindow> window;
+  Loom::Services::PersistentSettings* tree = TreeOf(args.doc(0), which, window);
+  if (tree == nullptr) return KeysFrom(args, kFirstReadKeyArg, args.count()).has_value();
+  return LoadSettingFrom(args, *tree);
+}
+
+bool LoadSettingFrom(CallArgs& args, Loom::Services::PersistentItem& root) {
+  const std::optional<Keys> keys = KeysFrom(args, kFirstReadKeyArg, args.count());
+  if (!keys) return false;
+  Loom::Services::PersistentItem& node = Descend(root, *keys);
+  if (const ElemPtr& elem = args.elem(kElementArg)) {
+    elem->setAttribute(Widen(args.str(kAttributeArg)), Widen(static_cast<Loom::string>(node)));
+  }
   return true;
 }
 
@@ -145,6 +153,11 @@ Loom::SmartPtr<Loom::Services::BackingStoreIO> FactoryStore(const DocPtr& doc,
   if (!file.exists()) return nullptr;
   return Loom::SmartPtr<BackingStoreIO>(
       new Loom::Services::FileBackingStoreIO(file, kNoCreate, kReadOnly));
+}
+
+Loom::wstring UserDirectory(const DocPtr& doc) {
+  const Loom::SmartPtr<Loom::PropertyManager> properties = doc ? doc->getUserData() : nullptr;
+  return properties ? properties->getString("loom.user.path") : Loom::wstring();
 }
 
 void CopyBranch(Loom::Services::PersistentItem& source, Loom::Services::PersistentItem& target) {

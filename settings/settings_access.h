@@ -43,6 +43,8 @@ bool RemoveSetting(CallArgs& args, Tree which);
 // loadSetting(doc, elem, attribute, k1, ..., kn): the stored value, widened, becomes the
 // named attribute of elem. False when a key is not a string.
 bool LoadSetting(CallArgs& args, Tree which);
+// The same on `root` (the profile list's own tree) instead of a window's tree.
+bool LoadSettingFrom(CallArgs& args, Loom::Services::PersistentItem& root);
 // selectItemWithSetting(doc, list, attribute, k1, ..., kn): selects the first item of
 // the list whose named attribute equals the stored value; no match changes nothing.
 // False when a key is not a string.
@@ -63,6 +65,28 @@ bool Revert(CallArgs& args, Tree which);
 Loom::SmartPtr<Loom::Services::BackingStoreIO> FactoryStore(const DocPtr& doc,
                                                             const Loom::PropertyManager& properties,
                                                             std::u16string_view suffix);
+
+// For as long as it lives, `tree` reads from and writes to `store`; its own store is set
+// back on every path out, exceptions included.
+class BorrowedStore {
+ public:
+  BorrowedStore(Loom::Services::PersistentSettings& tree,
+                Loom::SmartPtr<Loom::Services::BackingStoreIO> store)
+      : tree_(tree), own_(tree.getBackingStoreIO()) {
+    tree_.setBackingStoreIO(std::move(store));
+  }
+  ~BorrowedStore() { tree_.setBackingStoreIO(own_); }
+  BorrowedStore(const BorrowedStore&) = delete;
+  BorrowedStore& operator=(const BorrowedStore&) = delete;
+
+ private:
+  Loom::Services::PersistentSettings& tree_;
+  Loom::SmartPtr<Loom::Services::BackingStoreIO> own_;
+};
+
+// The user directory of the document's printer (its property "loom.user.path"); "" when
+// it is not set or the document has no properties.
+Loom::wstring UserDirectory(const DocPtr& doc);
 
 // Makes `target` an exact copy of `source`: its value and its whole subtree, in order.
 void CopyBranch(Loom::Services::PersistentItem& source, Loom::Services::PersistentItem& target);

@@ -87,6 +87,13 @@ xClass* FindForTest(const char* name) {
   return findObject(name);
 }
 
+int g_loads = 0;
+
+LoadedLibrary LoadForTest() {
+  ++g_loads;
+  return {FindForTest, nullptr, {}};
+}
+
 constexpr char kPage[] = R"(doc page <<XUL
 <window id="page">
   <vbox id="vars"/>
@@ -389,15 +396,18 @@ TEST_F(RunTest, SummaryAndExitStatusCountEveryFile) {
   const std::vector<std::filesystem::path> all = {directory / "good.scn", directory / "bad.scn",
                                                   directory / "missing.scn"};
   std::ostringstream out;
-  EXPECT_TRUE(RunScenarioFiles(FindForTest, good, RunOptions{true, false}, out));
+  g_loads = 0;
+  EXPECT_TRUE(RunScenarioFiles(LoadForTest, good, RunOptions{true, false}, out));
   EXPECT_EQ(out.str(), "2 passed, 0 failed\n");
+  EXPECT_EQ(g_loads, 1);
   out.str("");
-  EXPECT_FALSE(RunScenarioFiles(FindForTest, all, RunOptions{true, false}, out));
+  EXPECT_FALSE(RunScenarioFiles(LoadForTest, all, RunOptions{true, false}, out));
   EXPECT_NE(
       out.str().find("ERROR " + (directory / "missing.scn").string() +
                      ": cannot read the file: No such file or directory\n2 passed, 2 failed\n"),
       std::string::npos)
       << out.str();
+  EXPECT_EQ(g_loads, 3);  // once more per file that could be read
   std::filesystem::remove_all(directory);
 }
 

@@ -18,15 +18,16 @@ extern const Facility kSettingsFileFacility;
 extern const Facility kUserFacility;
 extern const Facility kPluginFacility;
 extern const Facility kOsFacility;
+extern const Facility kConfigurationFacility;
 extern const Facility kFileDialogFacility;
 extern const Facility kSessionFacility;
 
 std::span<const Facility> Facilities() {
   static const std::vector<Facility> kAll = {
-      kSettingsFacility,     kDocumentFacility, kFileFacility,       kDeviceFacility,
-      kSettingsFileFacility, kUserFacility,     kPluginFacility,     kScriptFacility,
-      kCallFacility,         kEffectFacility,   kOsFacility,         kFileDialogFacility,
-      kSessionFacility,
+      kSettingsFacility,     kDocumentFacility, kFileFacility,          kDeviceFacility,
+      kSettingsFileFacility, kUserFacility,     kPluginFacility,        kScriptFacility,
+      kCallFacility,         kEffectFacility,   kOsFacility,            kConfigurationFacility,
+      kFileDialogFacility,   kSessionFacility,
   };
   return kAll;
 }

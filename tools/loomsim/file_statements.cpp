@@ -1,6 +1,7 @@
 // Files and zip archives in the scenario's directory tree, and the expectations on them.
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <optional>
 #include <system_error>
 
@@ -55,9 +56,12 @@ Parsed ParseArchive(StatementInput& input) {
 Parsed ParseUiArchive(StatementInput& input) {
   const PlaceRef ref = ParsePlaceRef(input.cursor());
   return {"uiarchive " + PlaceRefText(ref), [ref](Scenario& scenario) {
-            const Loom::File file(Loom::wstring(HostPath(ResolvePlace(scenario.sandbox(), ref))));
+            const std::filesystem::path path = ResolvePlace(scenario.sandbox(), ref);
+            const Loom::File file(Loom::wstring(HostPath(path)));
             try {
               scenario.SetUiArchive(Loom::Services::Archive::open(file));
+              // The other way the host names the UI archive: both give the same file.
+              scenario.sheet().properties().set("loom.ui.archive.file", path.string());
             } catch (const Loom::Services::ArchiveError& error) {
               throw SetupError{"cannot open " + PlaceRefText(ref) +
                                " as a zip archive: " + error.what()};
@@ -73,13 +77,19 @@ Parsed ExistenceExpectation(std::string echo, const PlaceRef& ref, bool exists) 
           }};
 }
 
-Parsed ContentExpectation(Cursor& cursor, std::string echo, const PlaceRef& ref, bool contains) {
+// The bytes a content expectation looks into; nothing, with `missing` saying why.
+using ContentReader =
+    std::function<std::optional<std::string>(const std::filesystem::path&, std::string& missing)>;
+
+Parsed ContentExpectation(Cursor& cursor, std::string echo, const PlaceRef& ref, bool contains,
+                          ContentReader reader) {
   const std::string text = cursor.Text("a quoted text");
   return {echo + (contains ? " contains " : " lacks ") + Quote(text),
-          [ref, contains, text](Scenario& scenario) {
+          [ref, contains, text, reader](Scenario& scenario) {
+            std::string missing;
             const std::optional<std::string> content =
-                refhost::ReadWholeFile(ResolvePlace(scenario.sandbox(), ref));
-            if (!content) return scenario.Check(false, "no such file");
+                reader(ResolvePlace(scenario.sandbox(), ref), missing);
+            if (!content) return scenario.Check(false, missing);
             const bool found = content->find(text) != std::string::npos;
             // Enough of the file to see why, not a whole profile.
             constexpr std::size_t kShown = 200;
@@ -95,15 +105,33 @@ Parsed ParseFileExpectation(StatementInput& input) {
   const bool exists = cursor.Accept("exists");
   if (exists || cursor.Accept("absent")) return ExistenceExpectation(echo, ref, exists);
   const bool contains = cursor.Accept("contains");
-  if (contains || cursor.Accept("lacks")) return ContentExpectation(cursor, echo, ref, contains);
+  if (contains || cursor.Accept("lacks")) {
+    return ContentExpectation(cursor, echo, ref, contains,
+                              [](const std::filesystem::path& path, std::string& missing) {
+                                missing = "no such file";
+                                return refhost::ReadWholeFile(path);
+                              });
+  }
   cursor.Fail("exists, absent, contains \"text\" or lacks \"text\"");
 }
 
 Parsed ParseArchiveExpectation(StatementInput& input) {
   Cursor& cursor = input.cursor();
   const PlaceRef ref = ParsePlaceRef(cursor);
+  if (cursor.Accept("member")) {
+    const std::string member = cursor.Text("the quoted name of a member");
+    const std::string echo = "expect archive " + PlaceRefText(ref) + " member " + Quote(member);
+    const bool contains = cursor.Accept("contains");
+    if (!contains && !cursor.Accept("lacks")) cursor.Fail("contains \"text\" or lacks \"text\"");
+    return ContentExpectation(cursor, echo, ref, contains,
+                              [member](const std::filesystem::path& path, std::string& missing) {
+                                return ZipMemberBytes(path, member, missing);
+                              });
+  }
   const bool has = cursor.Accept("has");
-  if (!has && !cursor.Accept("lacks")) cursor.Fail("has \"Member\" or lacks \"Member\"");
+  if (!has && !cursor.Accept("lacks")) {
+    cursor.Fail("has \"Member\", lacks \"Member\" or member \"Member\" contains|lacks \"text\"");
+  }
   const std::string member = cursor.Text("the quoted name of a member");
   return {"expect archive " + PlaceRefText(ref) + (has ? " has " : " lacks ") + Quote(member),
           [ref, has, member](Scenario& scenario) {
@@ -122,7 +150,9 @@ constexpr StatementForm kForms[] = {
     {"expect file",
      "expect file PLACE:\"path\" exists|absent\nexpect file PLACE:\"path\" contains|lacks \"text\"",
      ParseFileExpectation},
-    {"expect archive", "expect archive PLACE:\"path\" has|lacks \"Member\"",
+    {"expect archive",
+     "expect archive PLACE:\"path\" has|lacks \"Member\"\n"
+     "expect archive PLACE:\"path\" member \"Member\" contains|lacks \"text\"",
      ParseArchiveExpectation},
 };
 

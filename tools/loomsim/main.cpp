@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -65,12 +66,17 @@ int main(int argc, char** argv) {
     return 0;
   }
   const std::filesystem::path programDirectory = ProgramDirectory(argv[0]);
-  const loomsim::Library library(line->library.value_or(LibraryFile(programDirectory)).string());
-  if (!library.ok()) {
-    std::cerr << "loomsim: cannot load the library: " << library.error() << '\n';
+  const std::string libraryPath =
+      line->library.value_or(LibraryFile(programDirectory)).string();
+  const auto load = [&libraryPath] {
+    auto library = std::make_shared<loomsim::Library>(libraryPath);
+    return loomsim::LoadedLibrary{library->finder(), library, library->error()};
+  };
+  if (const loomsim::LoadedLibrary probe = load(); probe.finder == nullptr) {
+    std::cerr << "loomsim: cannot load the library: " << probe.error << '\n';
     return 1;
   }
   std::vector<std::filesystem::path> files = line->files;
   if (files.empty()) files.push_back(TourFile(programDirectory));
-  return loomsim::RunScenarioFiles(library.finder(), files, line->options, std::cout) ? 0 : 1;
+  return loomsim::RunScenarioFiles(load, files, line->options, std::cout) ? 0 : 1;
 }

@@ -98,7 +98,7 @@ void RunScenario(ObjectFinder finder, const std::filesystem::path& file, std::st
   }
 }
 
-bool RunScenarioFiles(ObjectFinder finder, std::span<const std::filesystem::path> files,
+bool RunScenarioFiles(const LibraryLoader& load, std::span<const std::filesystem::path> files,
                       const RunOptions& options, std::ostream& out) {
   Report report(out, options.quiet);
   for (const std::filesystem::path& file : files) {
@@ -108,7 +108,15 @@ bool RunScenarioFiles(ObjectFinder finder, std::span<const std::filesystem::path
       report.Error(StatementError(0, {}, "cannot read the file: " + ReadFailure(file)));
       continue;
     }
-    RunScenario(finder, file, *text, options, report);
+    // Unloaded again when the file has run: the next file meets a library that has never
+    // been called.
+    const LoadedLibrary library = load();
+    if (library.finder == nullptr) {
+      report.BeginFile(file.string());
+      report.Error(StatementError(0, {}, "cannot load the library: " + library.error));
+      continue;
+    }
+    RunScenario(library.finder, file, *text, options, report);
   }
   report.Summary();
   return report.failed() == 0;

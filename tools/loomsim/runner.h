@@ -9,6 +9,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,8 +30,19 @@ struct RunOptions {
 void RunScenario(ObjectFinder finder, const std::filesystem::path& file, std::string_view text,
                  const RunOptions& options, Report& report);
 
-// Reads and runs every file in order, then prints the summary. True when no check failed.
-bool RunScenarioFiles(ObjectFinder finder, std::span<const std::filesystem::path> files,
+// The library as loaded for one scenario file: its findObject (null when loading
+// failed, with `error` saying why) and what keeps it loaded until the file has run.
+struct LoadedLibrary {
+  ObjectFinder finder = nullptr;
+  std::shared_ptr<void> holder;
+  std::string error;
+};
+using LibraryLoader = std::function<LoadedLibrary()>;
+
+// Reads and runs every file in order, each on the library as `load` gives it afresh, so
+// no object's state carries from one file to the next; then prints the summary. True
+// when no check failed.
+bool RunScenarioFiles(const LibraryLoader& load, std::span<const std::filesystem::path> files,
                       const RunOptions& options, std::ostream& out);
 
 }  // namespace loomsim

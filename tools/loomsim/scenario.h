@@ -38,6 +38,7 @@ struct LastCall {
   std::vector<std::string> scripts;      // statements run through doString during it
   std::string printed;                   // what the library wrote to the standard output
   std::vector<std::string> messages;     // the texts of the message boxes it showed
+  std::vector<std::string> dialogs;      // the dialogs it opened: "FILE.xul" title "TEXT"
   std::vector<refhost::FileDialogRecord> fileDialogs;  // the file dialogs it showed
 };
 

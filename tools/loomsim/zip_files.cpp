@@ -53,4 +53,31 @@ std::optional<bool> ZipHasMember(const std::filesystem::path& path, const std::s
   return has;
 }
 
+std::optional<std::string> ZipMemberBytes(const std::filesystem::path& path,
+                                          const std::string& member, std::string& error) {
+  int code = 0;
+  zip_t* archive = zip_open(path.c_str(), ZIP_RDONLY, &code);
+  if (archive == nullptr) {
+    error = OpenError(code);
+    return std::nullopt;
+  }
+  std::optional<std::string> bytes;
+  zip_stat_t stat;
+  zip_file_t* file = zip_stat(archive, member.c_str(), 0, &stat) == 0
+                         ? zip_fopen(archive, member.c_str(), 0)
+                         : nullptr;
+  if (file == nullptr) {
+    error = "no member " + member;
+  } else {
+    bytes.emplace(stat.size, '\0');
+    if (zip_fread(file, bytes->data(), stat.size) != static_cast<zip_int64_t>(stat.size)) {
+      error = "member " + member + " cannot be read";
+      bytes.reset();
+    }
+    zip_fclose(file);
+  }
+  zip_discard(archive);
+  return bytes;
+}
+
 }  // namespace loomsim

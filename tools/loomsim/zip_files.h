@@ -20,4 +20,9 @@ std::optional<std::string> WriteZipMember(const std::filesystem::path& path,
 std::optional<bool> ZipHasMember(const std::filesystem::path& path, const std::string& member,
                                  std::string& error);
 
+// The bytes of `member` of the archive at `path`; nothing, with `error` set, when the
+// file is missing, not an archive, or has no such member.
+std::optional<std::string> ZipMemberBytes(const std::filesystem::path& path,
+                                          const std::string& member, std::string& error);
+
 }  // namespace loomsim
