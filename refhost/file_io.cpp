@@ -11,6 +11,7 @@
 #include <iterator>
 #include <utility>
 
+#include "refhost/change_observer.h"
 #include "refhost/text.h"
 
 namespace refhost {
@@ -61,10 +62,17 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
   const bool closed = ::close(fd) == 0;
   const bool commit_allowed = !std::exchange(g_fail_next_commit, false);
   if (written && closed && commit_allowed && std::rename(temp_name.c_str(), path.c_str()) == 0) {
+    ReportFileChange(Change::Kind::kFileWritten, path);
     return true;
   }
   ::unlink(temp_name.c_str());
   return false;
+}
+
+void ReportFileChange(Change::Kind kind, const std::filesystem::path& path) {
+  if (ChangeObserver* observer = StoreObserver()) {
+    observer->onChange(Change{.kind = kind, .file = path.native()});
+  }
 }
 
 void failNextAtomicCommit() { g_fail_next_commit = true; }

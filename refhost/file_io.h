@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "host/file.h"
+#include "refhost/change_observer.h"
 
 namespace refhost {
 
@@ -29,5 +30,8 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
 // Fault injection for tests: the next WriteFileAtomically writes and flushes its
 // temporary file, then fails where the rename would happen, as a crash there would.
 void failNextAtomicCommit();
+
+// Tells the store observer (change_observer.h) that the host wrote or removed `path`.
+void ReportFileChange(Change::Kind kind, const std::filesystem::path& path);
 
 }  // namespace refhost

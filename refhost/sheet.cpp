@@ -54,6 +54,7 @@ bool Sheet::setOwner(Document& child, Document* parent) { return child.setOwner(
 
 void Sheet::setChangeObserver(ChangeObserver* observer) {
   observer_ = observer;
+  SetStoreObserver(observer);
   for (HostRef<Document>& document : documents_) document->setChangeObserver(observer_);
 }
 

@@ -1,5 +1,5 @@
-// The pieces of the change report: settings, file and registry snapshots compared, and how
-// elements are named.
+// The pieces of the change report: settings changes as the trees report them, file and
+// registry snapshots compared, and how elements are named.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -15,31 +15,73 @@
 #include "tools/loomsim/element_label.h"
 #include "tools/loomsim/file_snapshot.h"
 #include "tools/loomsim/scenario.h"
-#include "tools/loomsim/settings_snapshot.h"
+#include "tools/loomsim/settings_changes.h"
 
 namespace loomsim {
 namespace {
 
-TEST(ChangeReportTest, SettingsDiffNamesEveryNodeAddedChangedOrRemoved) {
-  Loom::Services::PersistentSettings tree;
+// The tree's own reports, passed to the SettingsChanges under test.
+class Forward final : public refhost::ChangeObserver {
+ public:
+  explicit Forward(SettingsChanges& changes) : changes_(changes) {
+    refhost::SetStoreObserver(this);
+  }
+  ~Forward() override { refhost::SetStoreObserver(nullptr); }
+  void onChange(const refhost::Change& change) override { changes_.Note(change); }
+
+ private:
+  SettingsChanges& changes_;
+};
+
+std::vector<std::string> ReportOf(const SettingsChanges& changes,
+                                  Loom::Services::PersistentSettings& tree) {
+  std::vector<std::string> lines;
+  changes.Report(tree, lines);
+  return lines;
+}
+
+TEST(ChangeReportTest, SettingsChangesNameEveryNodeAddedChangedOrRemoved) {
+  Loom::Services::PersistentSettings tree, other;
   tree["Same"] = "1";
   tree["Changed"] = "old";
   tree["Gone"]["Child"] = "x";
   tree["Custom Paper Size"] = "";
-  const SettingsSnapshot before = TakeSettingsSnapshot(tree);
-  tree["Changed"] = "new";
-  tree.remove("Gone");
-  tree["Custom Paper Size"]["Width"] = "210";
-  tree["New"] = "\xFF";
-  std::vector<std::string> lines;
-  DiffSettings("user", before, TakeSettingsSnapshot(tree), lines);
-  EXPECT_EQ(lines, (std::vector<std::string>{
-                       "~ user Changed = \"new\" (was \"old\")",
-                       "+ user \"Custom Paper Size\"/Width = \"210\"",
-                       "+ user New = \"\\xFF\"",
-                       "- user Gone (was \"\")",
-                       "- user Gone/Child (was \"x\")",
-                   }));
+  tree["Back"] = "b";
+  tree.mark();
+  SettingsChanges changes("user", tree);
+  {
+    Forward forward(changes);
+    tree["Changed"] = "new";
+    tree.remove("Gone");
+    tree["Custom Paper Size"]["Width"] = "210";
+    tree["New"] = "\xFF";
+    tree["Same"] = "1";           // set to what it was
+    tree.remove("Back");          // removed, then back last with its value
+    tree["Back"] = "b";
+    tree["Passing"] = "through";  // added, then removed
+    tree.remove("Passing");
+    other["Elsewhere"] = "x";  // another tree
+  }
+  EXPECT_EQ(ReportOf(changes, tree), (std::vector<std::string>{
+                                         "~ user Changed = \"new\" (was \"old\")",
+                                         "+ user \"Custom Paper Size\"/Width = \"210\"",
+                                         "+ user New = \"\\xFF\"",
+                                         "- user Gone (was \"\")",
+                                         "- user Gone/Child (was \"x\")",
+                                     }));
+  // The revert puts the branch back in its old place: it is listed there.
+  SettingsChanges reverted("user", tree);
+  {
+    Forward forward(reverted);
+    tree.revert();
+  }
+  EXPECT_EQ(ReportOf(reverted, tree), (std::vector<std::string>{
+                                          "~ user Changed = \"old\" (was \"new\")",
+                                          "+ user Gone = \"\"",
+                                          "+ user Gone/Child = \"x\"",
+                                          "- user \"Custom Paper Size\"/Width (was \"210\")",
+                                          "- user New (was \"\\xFF\")",
+                                      }));
 }
 
 TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {

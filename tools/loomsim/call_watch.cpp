@@ -28,8 +28,8 @@ void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string
 
 CallWatch::CallWatch(Scenario& scenario)
     : scenario_(scenario),
-      user_(TakeSettingsSnapshot(scenario.sheet().window().getSettings())),
-      device_(TakeSettingsSnapshot(scenario.sheet().window().getDevSettings())),
+      user_("user", scenario.sheet().window().getSettings()),
+      device_("device", scenario.sheet().window().getDevSettings()),
       files_(TakeFileSnapshot(scenario.sandbox().root())),
       registryKeys_(refhost::userRegistryKeys()),
       scriptsBefore_(scenario.sheet().scriptEnv().statements().size()) {
@@ -47,6 +47,25 @@ void CallWatch::Stop() {
 }
 
 void CallWatch::onChange(const refhost::Change& change) {
+  using Kind = refhost::Change::Kind;
+  switch (change.kind) {
+    case Kind::kSettingAdded:
+    case Kind::kSettingChanged:
+    case Kind::kSettingRemoved:
+      user_.Note(change);
+      device_.Note(change);
+      break;
+    case Kind::kFileWritten:
+    case Kind::kFileRemoved:
+      filesWritten_.emplace_back(change.file);
+      break;
+    default:
+      NoteDocumentChange(change);
+      break;
+  }
+}
+
+void CallWatch::NoteDocumentChange(const refhost::Change& change) {
   using Kind = refhost::Change::Kind;
   const std::string label = ElementLabel(scenario_, *change.element);
   const std::string attribute = "." + NarrowText(change.attribute);
@@ -69,6 +88,8 @@ void CallWatch::onChange(const refhost::Change& change) {
       scenario_.NoteChange("- " + StartTag(*change.element) + " removed from " +
                            ElementLabel(scenario_, *change.parent));
       break;
+    default:
+      break;
   }
 }
 
@@ -78,9 +99,9 @@ std::vector<std::string> CallWatch::Finish() {
   Stop();
   std::vector<std::string> lines = scenario_.StopNoting();
   refhost::Window& window = scenario_.sheet().window();
-  DiffSettings("user", user_, TakeSettingsSnapshot(window.getSettings()), lines);
-  DiffSettings("device", device_, TakeSettingsSnapshot(window.getDevSettings()), lines);
-  DiffFiles(files_, TakeFileSnapshot(scenario_.sandbox().root()), lines);
+  user_.Report(window.getSettings(), lines);
+  device_.Report(window.getDevSettings(), lines);
+  DiffFiles(files_, TakeFileSnapshot(scenario_.sandbox().root(), filesWritten_), lines);
   DiffRegistry(registryKeys_, refhost::userRegistryKeys(), lines);
 
   const auto& statements = scenario_.sheet().scriptEnv().statements();

@@ -25,35 +25,32 @@ constexpr Fault kFaults[] = {
 // The innermost call in progress, which a fault jumps back to.
 sigjmp_buf* g_innermost = nullptr;
 
+// The handlers there were before the runner's, by the position of their fault in kFaults.
+struct sigaction g_previous[std::size(kFaults)];
+
 void OnFault(int signal) {
   if (g_innermost != nullptr) siglongjmp(*g_innermost, signal);
-  // Not inside a call: the fault is the runner's own, and ends it as it would have.
-  ::signal(signal, SIG_DFL);
+  // Not inside a call: the fault is the runner's own, and goes where it would have gone.
+  for (std::size_t i = 0; i < std::size(kFaults); ++i) {
+    if (kFaults[i].signal == signal) sigaction(signal, &g_previous[i], nullptr);
+  }
   raise(signal);
 }
 
-// Sends the faults to OnFault while the outermost call runs.
-class FaultHandlers {
- public:
-  FaultHandlers() {
+// Sends the faults to OnFault from the first call on, for the rest of the run: outside a
+// call OnFault ends the runner as the fault would have, so the handlers can stay.
+void InstallFaultHandlersOnce() {
+  static const bool installed = [] {
     struct sigaction action = {};
     action.sa_handler = OnFault;
     sigemptyset(&action.sa_mask);
     for (std::size_t i = 0; i < std::size(kFaults); ++i) {
-      sigaction(kFaults[i].signal, &action, &previous_[i]);
+      sigaction(kFaults[i].signal, &action, &g_previous[i]);
     }
-  }
-  ~FaultHandlers() {
-    for (std::size_t i = 0; i < std::size(kFaults); ++i) {
-      sigaction(kFaults[i].signal, &previous_[i], nullptr);
-    }
-  }
-  FaultHandlers(const FaultHandlers&) = delete;
-  FaultHandlers& operator=(const FaultHandlers&) = delete;
-
- private:
-  struct sigaction previous_[std::size(kFaults)];
-};
+    return true;
+  }();
+  (void)installed;
+}
 
 std::string FaultText(int signal) {
   for (const Fault& fault : kFaults) {
@@ -82,9 +79,8 @@ CallOutcome Call(ObjectFinder finder, const std::string& object, const std::stri
 
 CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const std::string& method,
                         refhost::Args& args) {
+  InstallFaultHandlersOnce();
   sigjmp_buf* const outer = g_innermost;
-  std::optional<FaultHandlers> handlers;
-  if (outer == nullptr) handlers.emplace();
   sigjmp_buf here;
   if (const int signal = sigsetjmp(here, 1); signal != 0) {
     g_innermost = outer;
