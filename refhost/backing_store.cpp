@@ -3,8 +3,11 @@
 
 #include <utf8.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 #include "refhost/dom.h"
@@ -23,6 +26,31 @@ std::optional<std::string> DocumentXml(const Loom::Dom::Document& document) {
   } catch (const utf8::exception&) {
     return std::nullopt;
   }
+}
+
+// The file last parsed by a file store, with what tells its version apart (every write
+// gives a file new modification and change times, and the host's atomic writes a new
+// inode): a store asked again for an unchanged file hands out the same document, as a
+// memory store does. Readers that check a file and then load it (isXMLConfigValid, then
+// loadSettings) so read and parse it once.
+struct ParsedFile {
+  using Version = std::tuple<dev_t, ino_t, off_t, long, long, long, long>;
+  std::filesystem::path path;
+  Version version;
+  HostRef<Loom::Dom::Document> document;
+};
+
+ParsedFile& LastParsedFile() {
+  static ParsedFile last;
+  return last;
+}
+
+std::optional<ParsedFile::Version> VersionOf(const std::filesystem::path& path) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return ParsedFile::Version{status.st_dev,         status.st_ino,          status.st_size,
+                             status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_ctim.tv_sec,
+                             status.st_ctim.tv_nsec};
 }
 
 }  // namespace
@@ -70,12 +98,19 @@ FileBackingStoreIO::FileBackingStoreIO(const File& path, int createMissing, int 
 FileBackingStoreIO::~FileBackingStoreIO() = default;
 
 SmartPtr<Dom::Document> FileBackingStoreIO::read() {
-  const std::optional<std::string> bytes = refhost::ReadWholeFile(refhost::NativePath(path_));
+  const std::filesystem::path path = refhost::NativePath(path_);
+  refhost::ParsedFile& last = refhost::LastParsedFile();
+  const auto version = refhost::VersionOf(path);
+  if (version && last.document && last.path == path && last.version == *version) {
+    return last.document.share();
+  }
+  const std::optional<std::string> bytes = refhost::ReadWholeFile(path);
   if (!bytes) return nullptr;
   SmartPtr<Dom::Node> root = refhost::ParseXml(*bytes);
   SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::onFile(path_));
   if (!root || !document) return nullptr;
   document->setRoot(std::move(root));
+  if (version) last = refhost::ParsedFile{path, *version, refhost::HostRef(document.get())};
   return document;
 }
 
