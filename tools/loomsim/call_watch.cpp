@@ -30,7 +30,7 @@ CallWatch::CallWatch(Scenario& scenario)
     : scenario_(scenario),
       user_("user", scenario.sheet().window().getSettings()),
       device_("device", scenario.sheet().window().getDevSettings()),
-      files_(TakeFileSnapshot(scenario.sandbox().root())),
+      files_(scenario.files().Current()),
       registryKeys_(refhost::userRegistryKeys()),
       scriptsBefore_(scenario.sheet().scriptEnv().statements().size()) {
   scenario_.messageBoxes().Take();  // boxes of earlier set-up are not this call's
@@ -101,7 +101,7 @@ std::vector<std::string> CallWatch::Finish() {
   refhost::Window& window = scenario_.sheet().window();
   user_.Report(window.getSettings(), lines);
   device_.Report(window.getDevSettings(), lines);
-  DiffFiles(files_, TakeFileSnapshot(scenario_.sandbox().root(), filesWritten_), lines);
+  DiffFiles(files_, scenario_.files().Current(filesWritten_), lines);
   DiffRegistry(registryKeys_, refhost::userRegistryKeys(), lines);
 
   const auto& statements = scenario_.sheet().scriptEnv().statements();

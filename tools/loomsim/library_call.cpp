@@ -82,7 +82,13 @@ CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const st
   InstallFaultHandlersOnce();
   sigjmp_buf* const outer = g_innermost;
   sigjmp_buf here;
-  if (const int signal = sigsetjmp(here, 1); signal != 0) {
+  // The signal mask is not saved (a system call per call): only the fault that jumps back
+  // changed it, by blocking itself while its handler ran, so that one is unblocked here.
+  if (const int signal = sigsetjmp(here, 0); signal != 0) {
+    sigset_t fault;
+    sigemptyset(&fault);
+    sigaddset(&fault, signal);
+    sigprocmask(SIG_UNBLOCK, &fault, nullptr);
     g_innermost = outer;
     CallOutcome crashed;
     crashed.objectFound = true;
