@@ -1,13 +1,11 @@
 // Backing stores: the host's base and file store, and refhost's memory and failing ones.
 #include "refhost/backing_store.h"
 
-#include <utf8.h>
-
 #include <sys/stat.h>
+#include <utf8.h>
 
 #include <filesystem>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 #include "refhost/dom.h"
@@ -28,29 +26,18 @@ std::optional<std::string> DocumentXml(const Loom::Dom::Document& document) {
   }
 }
 
-// The file last parsed by a file store, with what tells its version apart (every write
-// gives a file new modification and change times, and the host's atomic writes a new
-// inode): a store asked again for an unchanged file hands out the same document, as a
-// memory store does. Readers that check a file and then load it (isXMLConfigValid, then
-// loadSettings) so read and parse it once.
+// The file last parsed by a file store and its version (file_io.h): a store asked again
+// for an unchanged file hands out the same document, as a memory store does. Readers that
+// check a file and then load it (isXMLConfigValid, then loadSettings) so parse it once.
 struct ParsedFile {
-  using Version = std::tuple<dev_t, ino_t, off_t, long, long, long, long>;
   std::filesystem::path path;
-  Version version;
+  FileVersion version;
   HostRef<Loom::Dom::Document> document;
 };
 
 ParsedFile& LastParsedFile() {
   static ParsedFile last;
   return last;
-}
-
-std::optional<ParsedFile::Version> VersionOf(const std::filesystem::path& path) {
-  struct stat status;
-  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
-  return ParsedFile::Version{status.st_dev,         status.st_ino,          status.st_size,
-                             status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_ctim.tv_sec,
-                             status.st_ctim.tv_nsec};
 }
 
 }  // namespace

@@ -69,6 +69,14 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
   return false;
 }
 
+std::optional<FileVersion> VersionOf(const std::filesystem::path& path) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileVersion{status.st_dev,         status.st_ino,          status.st_size,
+                     status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_ctim.tv_sec,
+                     status.st_ctim.tv_nsec};
+}
+
 void ReportFileChange(Change::Kind kind, const std::filesystem::path& path) {
   if (ChangeObserver* observer = StoreObserver()) {
     observer->onChange(Change{.kind = kind, .file = path.native()});

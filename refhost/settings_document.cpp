@@ -56,6 +56,7 @@ bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target) {
     const auto [from, to] = pending.front();
     pending.pop_front();
     Loom::Dom::ChildVector& children = from->children();
+    to->reserveChildren(children.getNumChildren());
     for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
       Loom::Dom::Node& item = *children[i];
       if (item.getName() != kItemElement) continue;

@@ -110,8 +110,7 @@ void SettingsMarks::recordAdded(SettingsNode& child) {
   }
 }
 
-void SettingsMarks::recordRemoved(SettingsNode& parent, SettingsNode& child,
-                                  SettingsNode* next) {
+void SettingsMarks::recordRemoved(SettingsNode& parent, SettingsNode& child, SettingsNode* next) {
   for (auto* journal : journalsCovering(parent)) {
     journal->push_back(Entry{Entry::Kind::kRemoved, &child, &parent, next});
     ++child.journalHolds;

@@ -39,6 +39,8 @@ class SettingsMarks {
   void mark(SettingsNode& node);
   void keep(SettingsNode& node);
   void revert(SettingsNode& node);
+  // Whether any marked node is in the tree (so its changes are recorded).
+  bool journaling() const { return journaling_ > 0; }
 
   // Told by the node primitives before or after each change.
   void recordValue(SettingsNode& node);

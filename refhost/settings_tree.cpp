@@ -49,8 +49,8 @@ bool SettingsNode::remove(const Loom::string& key) {
 }
 
 SettingsNode& SettingsNode::child(std::size_t index) const {
-  if (index >= index_.size()) throw std::out_of_range("settings node has no child " +
-                                                      std::to_string(index));
+  if (index >= index_.size())
+    throw std::out_of_range("settings node has no child " + std::to_string(index));
   if (positions_.empty()) {
     positions_.reserve(index_.size());
     for (SettingsNode* node = first_; node != nullptr; node = node->next_) {
@@ -69,6 +69,8 @@ SettingsNode& SettingsNode::ensureChild(const Loom::string& key) {
   if (SettingsNode* existing = findChild(key)) return *existing;
   return appendChild(key);
 }
+
+void SettingsNode::reserveChildren(std::size_t count) { index_.reserve(count); }
 
 std::vector<Loom::string> SettingsNode::path() const {
   std::vector<Loom::string> keys;
@@ -108,8 +110,8 @@ void SettingsNode::unlink(SettingsNode& child) {
 void SettingsNode::tell(Change::Kind kind, std::string_view oldValue) const {
   ChangeObserver* const observer = StoreObserver();
   if (tree_ == nullptr || observer == nullptr) return;
-  observer->onChange(Change{
-      .kind = kind, .settings = tree_->owner, .setting = this, .oldSetting = oldValue});
+  observer->onChange(
+      Change{.kind = kind, .settings = tree_->owner, .setting = this, .oldSetting = oldValue});
 }
 
 void SettingsNode::adopt(SettingsTree* tree) {
@@ -157,12 +159,38 @@ void SettingsNode::insertChild(SettingsNode& child, SettingsNode* next, bool kee
 
 void SettingsNode::replaceContent(SettingsNode& source) {
   setValue(std::exchange(source.value_, Loom::string()));
-  while (last_ != nullptr) removeChild(*last_);
-  while (SettingsNode* moved = source.first_) {
-    source.unlink(*moved);
-    if (moved->tree_ != tree_) moved->adopt(tree_);
-    insertChild(*moved, nullptr, false);
+  if (tree_ != nullptr && tree_->marks->journaling()) {
+    // Child by child, so that the journals can undo it.
+    while (last_ != nullptr) removeChild(*last_);
+    while (SettingsNode* moved = source.first_) {
+      source.unlink(*moved);
+      if (moved->tree_ != tree_) moved->adopt(tree_);
+      insertChild(*moved, nullptr, false);
+    }
+    return;
   }
+  // No journal to keep: the lists of children change hands whole.
+  for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
+    child->tell(Change::Kind::kSettingRemoved);
+  }
+  SettingsNode old(nullptr, Loom::string());
+  old.takeChildren(*this);
+  takeChildren(source);
+  for (SettingsNode* child = first_; child != nullptr; child = child->next_) {
+    if (child->tree_ != tree_) child->adopt(tree_);
+    child->tell(Change::Kind::kSettingAdded);
+  }
+}
+
+void SettingsNode::takeChildren(SettingsNode& from) {
+  first_ = std::exchange(from.first_, nullptr);
+  last_ = std::exchange(from.last_, nullptr);
+  index_ = std::move(from.index_);
+  from.index_.clear();
+  positions_ = std::move(from.positions_);
+  from.positions_.clear();
+  nextOrder_ = from.nextOrder_;
+  for (SettingsNode* child = first_; child != nullptr; child = child->next_) child->parent_ = this;
 }
 
 std::unique_ptr<SettingsNode> SettingsNode::copy(

@@ -76,6 +76,8 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode* findChild(std::string_view key) const;
   // The child with `key`, appended when missing.
   SettingsNode& ensureChild(const Loom::string& key);
+  // Makes room in the index for `count` children, so that adding them never rehashes.
+  void reserveChildren(std::size_t count);
 
   SettingsNode* parent() const { return parent_; }
   SettingsNode* firstChild() const { return first_; }
@@ -117,6 +119,8 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   void tell(Change::Kind kind, std::string_view oldValue = {}) const;
   // Points every node of this subtree at `tree`.
   void adopt(SettingsTree* tree);
+  // Makes the children of `from` this (childless) node's, in order with their numbers.
+  void takeChildren(SettingsNode& from);
 
   SettingsTree* tree_;
   SettingsNode* parent_ = nullptr;

@@ -1,13 +1,11 @@
 #include "tools/loomsim/file_snapshot.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <fstream>
 #include <system_error>
-#include <tuple>
 #include <unordered_map>
 
+#include "refhost/file_io.h"
 #include "tools/loomsim/place_ref.h"
 #include "tools/loomsim/text_values.h"
 
@@ -37,22 +35,12 @@ std::string FileText(const std::string& relative) {
 
 std::string Bytes(std::uintmax_t size) { return " (" + std::to_string(size) + " bytes)"; }
 
-// What tells one version of a file from the next without reading it. Every write gives a
-// file a new modification and change time (the host's atomic writes a new inode too).
-using Signature = std::tuple<dev_t, ino_t, off_t, long, long, long, long>;
-
-Signature SignatureOf(const struct stat& status) {
-  return {status.st_dev,          status.st_ino,          status.st_size,
-          status.st_mtim.tv_sec,  status.st_mtim.tv_nsec, status.st_ctim.tv_sec,
-          status.st_ctim.tv_nsec};
-}
-
 struct Known {
-  Signature signature;
+  refhost::FileVersion version;
   std::uint64_t hash;
 };
 
-// The content hash of every file seen in the last walk, by path: a file whose signature
+// The content hash of every file seen in the last walk, by path: a file whose version
 // has not changed since is not read again.
 std::unordered_map<std::string, Known>& KnownFiles() {
   static std::unordered_map<std::string, Known> known;
@@ -75,19 +63,21 @@ FileSnapshot TakeFileSnapshot(const std::filesystem::path& root,
   std::error_code error;
   for (auto it = std::filesystem::recursive_directory_iterator(root, error);
        !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
-    struct stat status;
-    if (::stat(it->path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
+    if (!it->is_regular_file(error)) continue;
+    const auto version = refhost::VersionOf(it->path());
+    if (!version) continue;
     const std::string path = it->path().lexically_normal().native();
-    Known state{SignatureOf(status), 0};
+    Known state{*version, 0};
     const auto before = known.find(path);
-    if (before != known.end() && before->second.signature == state.signature &&
+    if (before != known.end() && before->second.version == state.version &&
         !std::binary_search(rehash.begin(), rehash.end(), path)) {
       state.hash = before->second.hash;
     } else {
       state.hash = HashOf(it->path());
     }
     const std::string relative = it->path().lexically_relative(root).generic_string();
-    snapshot[relative] = FileState{static_cast<std::uintmax_t>(status.st_size), state.hash};
+    const auto size = static_cast<std::uintmax_t>(std::get<2>(*version));
+    snapshot[relative] = FileState{size, state.hash};
     seen.emplace(path, state);
   }
   known = std::move(seen);

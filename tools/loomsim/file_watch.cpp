@@ -31,7 +31,8 @@ void FileWatch::WatchTree(const std::filesystem::path& directory) {
   std::error_code error;
   for (auto it = std::filesystem::recursive_directory_iterator(directory, error);
        !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
-    if (it->is_directory(error)) inotify_add_watch(inotify_, it->path().c_str(), kEvents | IN_ONLYDIR);
+    if (it->is_directory(error))
+      inotify_add_watch(inotify_, it->path().c_str(), kEvents | IN_ONLYDIR);
   }
 }
 

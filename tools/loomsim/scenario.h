@@ -20,10 +20,10 @@
 #include "host/settings.h"
 #include "refhost/host_ref.h"
 #include "refhost/sheet.h"
+#include "tools/loomsim/file_watch.h"
 #include "tools/loomsim/library_call.h"
 #include "tools/loomsim/message_boxes.h"
 #include "tools/loomsim/report.h"
-#include "tools/loomsim/file_watch.h"
 #include "tools/loomsim/sandbox.h"
 #include "tools/loomsim/script_executor.h"
 

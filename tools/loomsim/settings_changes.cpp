@@ -50,8 +50,9 @@ void SettingsChanges::Note(const refhost::Change& change) {
       std::vector<std::string> keys = KeysOf(*change.setting);
       std::string path = SettingsPathText(keys);
       if (touched_.contains(path)) return;
-      touched_.emplace(std::move(path), Before{std::move(keys), true, std::string(change.oldSetting),
-                                               PlaceOf(*change.setting)});
+      touched_.emplace(
+          std::move(path),
+          Before{std::move(keys), true, std::string(change.oldSetting), PlaceOf(*change.setting)});
       break;
     }
     case Kind::kSettingAdded:
@@ -82,8 +83,9 @@ void SettingsChanges::Touch(const SettingsNode& top, bool existed) {
     place.push_back(node->order());
     std::string path = SettingsPathText(keys);
     if (!touched_.contains(path)) {
-      touched_.emplace(std::move(path), Before{keys, existed, existed ? std::string(node->value()) : "",
-                                               existed ? place : std::vector<std::uint64_t>()});
+      touched_.emplace(std::move(path),
+                       Before{keys, existed, existed ? std::string(node->value()) : "",
+                              existed ? place : std::vector<std::uint64_t>()});
     }
     std::vector<const SettingsNode*> children;
     for (const SettingsNode* child = node->firstChild(); child != nullptr;
@@ -108,7 +110,8 @@ void SettingsChanges::Report(Loom::Services::PersistentSettings& tree,
     const SettingsNode* now = Find(tree, before.keys);
     if (now == nullptr) {
       if (before.existed) {
-        removed.push_back({before.place, "- " + prefix + path + " (was " + Quote(before.value) + ")"});
+        removed.push_back(
+            {before.place, "- " + prefix + path + " (was " + Quote(before.value) + ")"});
       }
       continue;
     }
