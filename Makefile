@@ -32,6 +32,8 @@ test-asan: deps $(ASAN_BUILD)/build.ninja
 
 bench: build
 	$(BUILD)/bin/bench_dispatch
+	$(BUILD)/bin/bench_settings
+	$(BUILD)/bin/bench_runner
 
 format:
 	find host core settings paper job refhost tools tests bench -name '*.h' -o -name '*.cpp' | xargs clang-format -i

@@ -13,7 +13,9 @@
 
 namespace {
 
-constexpr int kCallsMeasured = 200;
+constexpr int kCallsMeasured = 1000;
+// Each iteration runs two whole scenarios for one per-call figure: a few are enough.
+constexpr int kOverheadRuns = 3;
 constexpr char kPage[] = "doc page <<XUL\n<window id=\"page\"><vbox id=\"vars\"/></window>\nXUL\n";
 constexpr char kCheapCall[] = "call Math.round(document, double(2.5))\n";
 
@@ -56,6 +58,7 @@ BENCHMARK(BM_RunnerCallOverheadSettings)
     ->RangeMultiplier(10)
     ->Range(10, 100'000)
     ->UseManualTime()
+    ->Iterations(kOverheadRuns)
     ->Complexity()
     ->Unit(benchmark::kMicrosecond);
 
@@ -63,13 +66,13 @@ BENCHMARK(BM_RunnerCallOverheadSettings)
 void BM_RunnerCallOverheadFileSize(benchmark::State& state) {
   const std::string line(63, 'x');
   MeasureCallOverhead(state, "file user:\"big.txt\" <<END\n" +
-                                 Repeated(line + "\n", static_cast<int>(state.range(0))) +
-                                 "END\n");
+                                 Repeated(line + "\n", static_cast<int>(state.range(0))) + "END\n");
 }
 BENCHMARK(BM_RunnerCallOverheadFileSize)
     ->RangeMultiplier(10)
     ->Range(10, 100'000)
     ->UseManualTime()
+    ->Iterations(kOverheadRuns)
     ->Complexity()
     ->Unit(benchmark::kMicrosecond);
 
@@ -85,6 +88,7 @@ BENCHMARK(BM_RunnerCallOverheadFileCount)
     ->RangeMultiplier(10)
     ->Range(10, 1'000)
     ->UseManualTime()
+    ->Iterations(kOverheadRuns)
     ->Complexity()
     ->Unit(benchmark::kMicrosecond);
 
@@ -101,6 +105,7 @@ BENCHMARK(BM_RunnerSaveSettingScenario)
     ->RangeMultiplier(10)
     ->Range(100, 10'000)
     ->UseManualTime()
+    ->Iterations(kOverheadRuns)
     ->Complexity()
     ->Unit(benchmark::kMillisecond);
 

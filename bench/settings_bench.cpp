@@ -26,8 +26,8 @@ void Sizes(benchmark::internal::Benchmark* bench) {
 }
 
 std::filesystem::path SettingsFile(std::size_t values, bench::Shape shape) {
-  const std::string name = (shape == bench::Shape::kFlat ? "flat" : "grouped") +
-                           std::to_string(values) + ".xml";
+  const std::string name =
+      (shape == bench::Shape::kFlat ? "flat" : "grouped") + std::to_string(values) + ".xml";
   return bench::WriteScratchFile(name, bench::SettingsXml(values, shape));
 }
 
@@ -162,7 +162,8 @@ BENCHMARK(BM_MarkReloadRevert)->Apply(Sizes)->Unit(benchmark::kMicrosecond);
 // driver's devSettings.xml.
 void BM_DeviceFactoryReset(benchmark::State& state) {
   const auto values = static_cast<std::size_t>(state.range(0));
-  const std::filesystem::path driver = bench::ScratchDirectory() / ("driver" + std::to_string(values));
+  const std::filesystem::path driver =
+      bench::ScratchDirectory() / ("driver" + std::to_string(values));
   std::filesystem::create_directories(driver);
   bench::WriteScratchFile("driver" + std::to_string(values) + "/kstdevSettings.xml",
                           bench::SettingsXml(values, bench::Shape::kFlat, "Branch"));
