@@ -9,7 +9,7 @@
 
 namespace refhost {
 
-// How to undo one change. A removed node is held by the entry (journalHolds) until the
+// How to undo one change. A removed node is held by the entry (journalHolds_) until the
 // entry is undone or dropped.
 struct SettingsMarks::Entry {
   enum class Kind { kValue, kAdded, kRemoved };
@@ -82,7 +82,7 @@ void SettingsMarks::revert(SettingsNode& node) {
         break;
       case Entry::Kind::kRemoved:
         entry.parent->insertChild(*entry.node, entry.next, true);
-        --entry.node->journalHolds;
+        --entry.node->journalHolds_;
         break;
     }
   }
@@ -113,7 +113,7 @@ void SettingsMarks::recordAdded(SettingsNode& child) {
 void SettingsMarks::recordRemoved(SettingsNode& parent, SettingsNode& child, SettingsNode* next) {
   for (auto* journal : journalsCovering(parent)) {
     journal->push_back(Entry{Entry::Kind::kRemoved, &child, &parent, next});
-    ++child.journalHolds;
+    ++child.journalHolds_;
   }
 }
 
@@ -133,7 +133,7 @@ void SettingsMarks::drop(Mark& mark) {
   for (const Entry& entry : mark.journal) {
     if (entry.kind != Entry::Kind::kRemoved) continue;
     SettingsNode* removed = entry.node;
-    if (--removed->journalHolds == 0 && removed->parent() == nullptr) delete removed;
+    if (--removed->journalHolds_ == 0 && removed->parent() == nullptr) delete removed;
   }
   mark.journal.clear();
 }

@@ -147,7 +147,7 @@ void SettingsNode::removeChild(SettingsNode& child) {
   SettingsNode* const next = child.next_;
   unlink(child);
   if (tree_ != nullptr) tree_->marks->recordRemoved(*this, child, next);
-  if (child.journalHolds == 0) delete &child;
+  if (child.journalHolds_ == 0) delete &child;
 }
 
 void SettingsNode::insertChild(SettingsNode& child, SettingsNode* next, bool keepOrder) {

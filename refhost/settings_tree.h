@@ -108,8 +108,6 @@ class SettingsNode final : public Loom::Services::PersistentItem {
       SettingsTree* tree,
       std::unordered_map<const SettingsNode*, SettingsNode*>* copies = nullptr) const;
 
-  // How many journal entries of marks hold this detached node (settings_marks.cpp).
-  int journalHolds = 0;
 
  private:
   friend class SettingsMarks;
@@ -135,6 +133,8 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   std::unordered_map<std::string_view, SettingsNode*> index_;
   // The children by position; rebuilt by child() when empty while children exist.
   mutable std::vector<SettingsNode*> positions_;
+  // How many journal entries of marks hold this node since it was removed.
+  int journalHolds_ = 0;
 };
 
 // The tree under `root` as a settings document element (<settings> with <item>s); null
