@@ -14,6 +14,7 @@
 #include "tools/loomsim/call_watch.h"
 #include "tools/loomsim/element_label.h"
 #include "tools/loomsim/file_snapshot.h"
+#include "tools/loomsim/file_watch.h"
 #include "tools/loomsim/scenario.h"
 #include "tools/loomsim/settings_changes.h"
 
@@ -55,8 +56,8 @@ TEST(ChangeReportTest, SettingsChangesNameEveryNodeAddedChangedOrRemoved) {
     tree.remove("Gone");
     tree["Custom Paper Size"]["Width"] = "210";
     tree["New"] = "\xFF";
-    tree["Same"] = "1";           // set to what it was
-    tree.remove("Back");          // removed, then back last with its value
+    tree["Same"] = "1";   // set to what it was
+    tree.remove("Back");  // removed, then back last with its value
     tree["Back"] = "b";
     tree["Passing"] = "through";  // added, then removed
     tree.remove("Passing");
@@ -95,17 +96,27 @@ TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
   write(root / "user" / "same.xml", "same");
   write(root / "user" / "sub" / "edited.xml", "abc");
   write(root / "driver" / "gone.zip", "zip");
-  const FileSnapshot before = TakeFileSnapshot(root);
+  FileWatch watch(root);
+  const FileSnapshot before = watch.Current();
   write(root / "user" / "sub" / "edited.xml", "abd");  // same size, new content
   std::filesystem::remove(root / "driver" / "gone.zip");
   write(root / "driver" / "new \"one\".txt", "12345");
+  std::filesystem::create_directories(root / "root" / "made");
+  write(root / "root" / "made" / "in.txt", "1");
+  const FileSnapshot after = watch.Current();
   std::vector<std::string> lines;
-  DiffFiles(before, TakeFileSnapshot(root), lines);
+  DiffFiles(before, after, lines);
   EXPECT_EQ(lines, (std::vector<std::string>{
                        "+ file driver:\"new \\\"one\\\".txt\" (5 bytes)",
+                       "+ file root:\"made/in.txt\" (1 bytes)",
                        "~ file user:\"sub/edited.xml\" (3 bytes)",
                        "- file driver:\"gone.zip\"",
                    }));
+  // A directory made between two looks is watched from then on.
+  write(root / "root" / "made" / "in.txt", "2");
+  lines.clear();
+  DiffFiles(after, watch.Current(), lines);
+  EXPECT_EQ(lines, (std::vector<std::string>{"~ file root:\"made/in.txt\" (1 bytes)"}));
   std::filesystem::remove_all(root);
 }
 
