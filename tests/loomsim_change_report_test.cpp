@@ -97,15 +97,16 @@ TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
   write(root / "user" / "sub" / "edited.xml", "abc");
   write(root / "driver" / "gone.zip", "zip");
   FileWatch watch(root);
-  const FileSnapshot before = watch.Current();
+  const auto before = watch.Current();
   write(root / "user" / "sub" / "edited.xml", "abd");  // same size, new content
   std::filesystem::remove(root / "driver" / "gone.zip");
   write(root / "driver" / "new \"one\".txt", "12345");
   std::filesystem::create_directories(root / "root" / "made");
   write(root / "root" / "made" / "in.txt", "1");
-  const FileSnapshot after = watch.Current();
+  const auto after = watch.Current();
+  EXPECT_EQ(watch.Current(), after) << "nothing changed since";
   std::vector<std::string> lines;
-  DiffFiles(before, after, lines);
+  DiffFiles(*before, *after, lines);
   EXPECT_EQ(lines, (std::vector<std::string>{
                        "+ file driver:\"new \\\"one\\\".txt\" (5 bytes)",
                        "+ file root:\"made/in.txt\" (1 bytes)",
@@ -115,7 +116,7 @@ TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
   // A directory made between two looks is watched from then on.
   write(root / "root" / "made" / "in.txt", "2");
   lines.clear();
-  DiffFiles(after, watch.Current(), lines);
+  DiffFiles(*after, *watch.Current(), lines);
   EXPECT_EQ(lines, (std::vector<std::string>{"~ file root:\"made/in.txt\" (1 bytes)"}));
   std::filesystem::remove_all(root);
 }

@@ -101,7 +101,8 @@ std::vector<std::string> CallWatch::Finish() {
   refhost::Window& window = scenario_.sheet().window();
   user_.Report(window.getSettings(), lines);
   device_.Report(window.getDevSettings(), lines);
-  DiffFiles(files_, scenario_.files().Current(filesWritten_), lines);
+  const auto files = scenario_.files().Current(filesWritten_);
+  if (files != files_) DiffFiles(*files_, *files, lines);
   DiffRegistry(registryKeys_, refhost::userRegistryKeys(), lines);
 
   const auto& statements = scenario_.sheet().scriptEnv().statements();

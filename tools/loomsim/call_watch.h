@@ -22,6 +22,7 @@
 // they happen; only the directory tree is walked, reading each file's status.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -60,7 +61,7 @@ class CallWatch final : public refhost::ChangeObserver {
   Scenario& scenario_;
   SettingsChanges user_;
   SettingsChanges device_;
-  FileSnapshot files_;
+  std::shared_ptr<const FileSnapshot> files_;
   std::vector<std::filesystem::path> filesWritten_;
   std::vector<std::u16string> registryKeys_;
   std::size_t scriptsBefore_;

@@ -60,10 +60,10 @@ bool FileWatch::Drain() {
   return changed;
 }
 
-const FileSnapshot& FileWatch::Current(const std::vector<std::filesystem::path>& written) {
-  if (Drain() || !known_ || !written.empty()) {
-    snapshot_ = TakeFileSnapshot(root_, written);
-    known_ = true;
+std::shared_ptr<const FileSnapshot> FileWatch::Current(
+    const std::vector<std::filesystem::path>& written) {
+  if (Drain() || !snapshot_ || !written.empty()) {
+    snapshot_ = std::make_shared<const FileSnapshot>(TakeFileSnapshot(root_, written));
   }
   return snapshot_;
 }

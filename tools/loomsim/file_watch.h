@@ -9,6 +9,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <vector>
 
 #include "tools/loomsim/file_snapshot.h"
@@ -23,7 +24,10 @@ class FileWatch {
   FileWatch& operator=(const FileWatch&) = delete;
 
   // The files now; `written`: files the host reported writing, read again in any case.
-  const FileSnapshot& Current(const std::vector<std::filesystem::path>& written = {});
+  // The same snapshot as the last look's when nothing changed, so comparing the pointers
+  // tells whether anything did.
+  std::shared_ptr<const FileSnapshot> Current(
+      const std::vector<std::filesystem::path>& written = {});
 
  private:
   // Whether anything happened below the root since the last look (true when unknown).
@@ -34,8 +38,7 @@ class FileWatch {
 
   std::filesystem::path root_;
   int inotify_ = -1;
-  bool known_ = false;  // snapshot_ is the state after the last look
-  FileSnapshot snapshot_;
+  std::shared_ptr<const FileSnapshot> snapshot_;  // after the last look; null before the first
 };
 
 }  // namespace loomsim
