@@ -13,8 +13,8 @@ namespace refhost {
 // entry is undone or dropped.
 struct SettingsMarks::Entry {
   enum class Kind { kValue, kAdded, kRemoved };
-  Kind kind;
-  SettingsNode* node;              // the node set, added or removed
+  Kind kind = Kind::kValue;
+  SettingsNode* node = nullptr;    // the node set, added or removed
   SettingsNode* parent = nullptr;  // kRemoved: where it stood...
   SettingsNode* next = nullptr;    // ...before which sibling (null: last)
   Loom::string oldValue = {};      // kValue
@@ -100,19 +100,27 @@ std::vector<std::vector<SettingsMarks::Entry>*> SettingsMarks::journalsCovering(
 
 void SettingsMarks::recordValue(SettingsNode& node) {
   for (auto* journal : journalsCovering(node)) {
-    journal->push_back(Entry{Entry::Kind::kValue, &node, nullptr, nullptr, node.value()});
+    Entry& entry = journal->emplace_back();
+    entry.node = &node;
+    entry.oldValue = node.value();
   }
 }
 
 void SettingsMarks::recordAdded(SettingsNode& child) {
   for (auto* journal : journalsCovering(*child.parent())) {
-    journal->push_back(Entry{Entry::Kind::kAdded, &child});
+    Entry& entry = journal->emplace_back();
+    entry.kind = Entry::Kind::kAdded;
+    entry.node = &child;
   }
 }
 
 void SettingsMarks::recordRemoved(SettingsNode& parent, SettingsNode& child, SettingsNode* next) {
   for (auto* journal : journalsCovering(parent)) {
-    journal->push_back(Entry{Entry::Kind::kRemoved, &child, &parent, next});
+    Entry& entry = journal->emplace_back();
+    entry.kind = Entry::Kind::kRemoved;
+    entry.node = &child;
+    entry.parent = &parent;
+    entry.next = next;
     ++child.journalHolds_;
   }
 }
