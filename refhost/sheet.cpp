@@ -24,6 +24,7 @@ Sheet::Sheet()
 Sheet::~Sheet() {
   // Documents the library still holds outlive the sheet, but not its observer.
   for (HostRef<Document>& document : documents_) document->setChangeObserver(nullptr);
+  if (observer_ != nullptr && StoreObserver() == observer_) SetStoreObserver(nullptr);
 }
 
 Loom::SmartPtr<Document> Sheet::loadDocument(std::string_view xml, std::string fileName) {
