@@ -108,7 +108,6 @@ class SettingsNode final : public Loom::Services::PersistentItem {
       SettingsTree* tree,
       std::unordered_map<const SettingsNode*, SettingsNode*>* copies = nullptr) const;
 
-
  private:
   friend class SettingsMarks;
 
