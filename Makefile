@@ -40,6 +40,8 @@ bench: build
 	$(BUILD)/bin/bench_dispatch
 	$(BUILD)/bin/bench_profiles
 	$(BUILD)/bin/bench_import_export
+	$(BUILD)/bin/bench_settings
+	$(BUILD)/bin/bench_runner
 
 win32-deps:
 	@scripts/install-deps win32

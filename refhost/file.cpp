@@ -29,7 +29,9 @@ bool File::remove() const {
   std::error_code error;
   // A File names a file: removing a directory through it is refused.
   if (std::filesystem::is_directory(path, error)) return false;
-  return std::filesystem::remove(path, error);
+  if (!std::filesystem::remove(path, error)) return false;
+  refhost::ReportFileChange(refhost::Change::Kind::kFileRemoved, path);
+  return true;
 }
 
 bool File::copyTo(const File& target) const {

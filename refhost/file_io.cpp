@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "refhost/durable_file.h"
+#include "refhost/change_observer.h"
 #include "refhost/text.h"
 
 namespace refhost {
@@ -47,10 +48,19 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
   const std::optional<std::filesystem::path> temporary = WriteTemporaryBeside(path, bytes);
   if (!temporary) return false;
   const bool commit_allowed = !std::exchange(g_fail_next_commit, false);
-  if (commit_allowed && MoveOver(*temporary, path)) return true;
+  if (commit_allowed && MoveOver(*temporary, path)) {
+    ReportFileChange(Change::Kind::kFileWritten, path);
+    return true;
+  }
   std::error_code ignored;
   std::filesystem::remove(*temporary, ignored);
   return false;
+}
+
+void ReportFileChange(Change::Kind kind, const std::filesystem::path& path) {
+  if (ChangeObserver* observer = StoreObserver()) {
+    observer->onChange(Change{.kind = kind, .file = path.native()});
+  }
 }
 
 void failNextAtomicCommit() { g_fail_next_commit = true; }

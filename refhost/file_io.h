@@ -6,12 +6,17 @@
 // new one, never a part of one, and no temporary file behind.
 #pragma once
 
+#include <sys/types.h>
+
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "host/file.h"
+#include "refhost/change_observer.h"
 
 namespace refhost {
 
@@ -34,5 +39,17 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
 // Fault injection for tests: the next WriteFileAtomically writes and flushes its
 // temporary file, then fails where the rename would happen, as a crash there would.
 void failNextAtomicCommit();
+
+// What tells one version of a file from the next without reading it: every write gives a
+// file new modification and change times (the host's atomic writes a new inode too).
+// Nothing when the file cannot be looked at.
+// (device, inode, size, modified seconds and nanoseconds, changed seconds and nanoseconds);
+// platforms without inodes or change times give 0 there (refhost/durable_file.h).
+using FileVersion = std::tuple<std::uint64_t, std::uint64_t, std::uint64_t, std::int64_t,
+                               std::int64_t, std::int64_t, std::int64_t>;
+std::optional<FileVersion> VersionOf(const std::filesystem::path& path);
+
+// Tells the store observer (change_observer.h) that the host wrote or removed `path`.
+void ReportFileChange(Change::Kind kind, const std::filesystem::path& path);
 
 }  // namespace refhost

@@ -1,84 +1,76 @@
-// Settings trees: nodes, marks, the PersistentSettings root and its stored form.
+// Settings nodes: the ordered, indexed children and the primitives every change takes.
 #include "refhost/settings_tree.h"
 
-#include <utf8.h>
-
 #include <algorithm>
-#include <map>
-#include <new>
-#include <string>
+#include <stdexcept>
 #include <utility>
 
-#include "host/properties.h"
-#include "refhost/host_ref.h"
-#include "refhost/text.h"
+#include "refhost/settings_marks.h"
 
 namespace refhost {
 
-// Snapshots of marked nodes by their path of keys from the root; a snapshot is a
-// detached copy of the node.
-struct SettingsMarks {
-  std::map<std::vector<Loom::string>, std::unique_ptr<SettingsNode>> snapshots;
-};
+SettingsTree::SettingsTree(const Loom::Services::PersistentSettings* owner_)
+    : owner(owner_), marks(std::make_unique<SettingsMarks>()) {}
 
-namespace {
+SettingsTree::~SettingsTree() = default;
 
-constexpr char16_t kSettingsElement[] = u"settings";
-constexpr char16_t kItemElement[] = u"item";
-constexpr char16_t kKeyAttribute[] = u"key";
-constexpr char16_t kValueAttribute[] = u"value";
+SettingsNode::SettingsNode(SettingsTree* tree, Loom::string key)
+    : tree_(tree), key_(std::move(key)) {}
 
-}  // namespace
-
-SettingsNode::SettingsNode(SettingsMarks* marks, SettingsNode* parent, Loom::string key)
-    : marks_(marks), parent_(parent), key_(std::move(key)) {}
-
-SettingsNode::~SettingsNode() = default;
-
-Loom::Services::PersistentItem& SettingsNode::operator[](const Loom::string& key) {
-  return ensureChild(key);
+SettingsNode::~SettingsNode() {
+  // Each node taken off the pending list has its children moved to the list before it is
+  // deleted, so no destructor below ever finds children of its own.
+  std::vector<SettingsNode*> pending;
+  const auto takeChildren = [&pending](SettingsNode& node) {
+    for (SettingsNode* child = node.first_; child != nullptr; child = child->next_) {
+      pending.push_back(child);
+    }
+    node.first_ = node.last_ = nullptr;
+  };
+  takeChildren(*this);
+  while (!pending.empty()) {
+    SettingsNode* node = pending.back();
+    pending.pop_back();
+    takeChildren(*node);
+    delete node;
+  }
 }
 
 Loom::Services::PersistentItem& SettingsNode::operator=(const Loom::string& value) {
-  value_ = value;
+  setValue(value);
   return *this;
 }
 
 bool SettingsNode::remove(const Loom::string& key) {
-  const auto found = std::find_if(children_.begin(), children_.end(),
-                                  [&key](const auto& child) { return child->key_ == key; });
-  if (found == children_.end()) return false;
-  children_.erase(found);
+  SettingsNode* found = findChild(key);
+  if (found == nullptr) return false;
+  removeChild(*found);
   return true;
 }
 
-SettingsNode* SettingsNode::findChild(const Loom::string& key) const {
-  for (const auto& child : children_) {
-    if (child->key_ == key) return child.get();
+SettingsNode& SettingsNode::child(std::size_t index) const {
+  if (index >= index_.size())
+    throw std::out_of_range("settings node has no child " + std::to_string(index));
+  if (positions_.empty()) {
+    positions_.reserve(index_.size());
+    for (SettingsNode* node = first_; node != nullptr; node = node->next_) {
+      positions_.push_back(node);
+    }
   }
-  return nullptr;
+  return *positions_[index];
+}
+
+SettingsNode* SettingsNode::findChild(std::string_view key) const {
+  const auto found = index_.find(key);
+  return found == index_.end() ? nullptr : found->second;
 }
 
 SettingsNode& SettingsNode::ensureChild(const Loom::string& key) {
   if (SettingsNode* existing = findChild(key)) return *existing;
-  children_.push_back(std::make_unique<SettingsNode>(marks_, this, key));
-  return *children_.back();
+  return appendChild(key);
 }
 
-void SettingsNode::replaceContent(SettingsNode& other) {
-  value_ = std::exchange(other.value_, Loom::string());
-  children_ = std::move(other.children_);
-  other.children_.clear();
-  for (const auto& child : children_) child->parent_ = this;
-}
-
-std::unique_ptr<SettingsNode> SettingsNode::copyTree(SettingsNode* parent) const {
-  auto copy = std::make_unique<SettingsNode>(marks_, parent, key_);
-  copy->value_ = value_;
-  copy->children_.reserve(children_.size());
-  for (const auto& child : children_) copy->children_.push_back(child->copyTree(copy.get()));
-  return copy;
-}
+void SettingsNode::reserveChildren(std::size_t count) { index_.reserve(count); }
 
 std::vector<Loom::string> SettingsNode::path() const {
   std::vector<Loom::string> keys;
@@ -89,182 +81,136 @@ std::vector<Loom::string> SettingsNode::path() const {
   return keys;
 }
 
-void SettingsNode::mark() { marks_->snapshots[path()] = copyTree(nullptr); }
+void SettingsNode::mark() { tree_->marks->mark(*this); }
+void SettingsNode::keep() { tree_->marks->keep(*this); }
+void SettingsNode::revert() { tree_->marks->revert(*this); }
 
-void SettingsNode::keep() { marks_->snapshots.erase(path()); }
-
-void SettingsNode::revert() {
-  const auto found = marks_->snapshots.find(path());
-  if (found == marks_->snapshots.end()) return;
-  // The mark is dropped, so its snapshot can become the content as it is.
-  const std::unique_ptr<SettingsNode> snapshot = std::move(found->second);
-  marks_->snapshots.erase(found);
-  replaceContent(*snapshot);
-}
-
-namespace {
-
-void AppendItems(const SettingsNode& from, Loom::Dom::Node& to) {
-  for (std::size_t i = 0; i < from.getNumChildren(); ++i) {
-    const SettingsNode& child = from.child(i);
-    Loom::SmartPtr<Loom::Dom::Node> item = Loom::Dom::createNode(kItemElement);
-    if (!item) throw std::bad_alloc();
-    item->attributes().set(kKeyAttribute, Utf16(child.key()));
-    if (!child.value().empty()) item->attributes().set(kValueAttribute, Utf16(child.value()));
-    AppendItems(child, *item);
-    to.children().append(std::move(item));
+void SettingsNode::link(SettingsNode& child, SettingsNode* next) {
+  child.parent_ = this;
+  child.next_ = next;
+  child.prev_ = next != nullptr ? next->prev_ : last_;
+  (child.prev_ != nullptr ? child.prev_->next_ : first_) = &child;
+  (next != nullptr ? next->prev_ : last_) = &child;
+  index_.emplace(std::string_view(child.key_), &child);
+  if (next == nullptr && positions_.size() + 1 == index_.size()) {
+    positions_.push_back(&child);
+  } else {
+    positions_.clear();
   }
 }
 
-void ReadItems(Loom::Dom::Node& from, SettingsNode& to) {
-  Loom::Dom::ChildVector& children = from.children();
-  for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
-    Loom::Dom::Node& item = *children[i];
-    if (item.getName() != kItemElement) continue;
-    SettingsNode& node = to.ensureChild(Loom::string(Utf8(item.attributes()[kKeyAttribute])));
-    node = Loom::string(Utf8(item.attributes()[kValueAttribute]));
-    ReadItems(item, node);
+void SettingsNode::unlink(SettingsNode& child) {
+  (child.prev_ != nullptr ? child.prev_->next_ : first_) = child.next_;
+  (child.next_ != nullptr ? child.next_->prev_ : last_) = child.prev_;
+  index_.erase(std::string_view(child.key_));
+  child.parent_ = child.prev_ = child.next_ = nullptr;
+  positions_.clear();
+}
+
+void SettingsNode::tell(Change::Kind kind, std::string_view oldValue) const {
+  ChangeObserver* const observer = StoreObserver();
+  if (tree_ == nullptr || observer == nullptr) return;
+  observer->onChange(
+      Change{.kind = kind, .settings = tree_->owner, .setting = this, .oldSetting = oldValue});
+}
+
+void SettingsNode::adopt(SettingsTree* tree) {
+  std::vector<SettingsNode*> pending{this};
+  while (!pending.empty()) {
+    SettingsNode* node = pending.back();
+    pending.pop_back();
+    node->tree_ = tree;
+    for (SettingsNode* child = node->first_; child != nullptr; child = child->next_) {
+      pending.push_back(child);
+    }
   }
 }
 
-}  // namespace
-
-Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
-  Loom::SmartPtr<Loom::Dom::Node> settings = Loom::Dom::createNode(kSettingsElement);
-  if (!settings) return nullptr;
-  if (!root.value().empty()) settings->attributes().set(kValueAttribute, Utf16(root.value()));
-  try {
-    AppendItems(root, *settings);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-  return settings;
+void SettingsNode::setValue(Loom::string value) {
+  if (tree_ != nullptr) tree_->marks->recordValue(*this);
+  std::swap(value_, value);
+  tell(Change::Kind::kSettingChanged, value);
 }
 
-bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target) {
-  if (root.getName() != kSettingsElement) return false;
-  target = Loom::string(Utf8(root.attributes()[kValueAttribute]));
-  ReadItems(root, target);
-  return true;
+SettingsNode& SettingsNode::appendChild(Loom::string key) {
+  auto* child = new SettingsNode(tree_, std::move(key));
+  child->order_ = nextOrder_++;
+  link(*child, nullptr);
+  if (tree_ != nullptr) tree_->marks->recordAdded(*child);
+  child->tell(Change::Kind::kSettingAdded);
+  return *child;
+}
+
+void SettingsNode::removeChild(SettingsNode& child) {
+  if (tree_ != nullptr) tree_->marks->beforeRemoval(child);
+  child.tell(Change::Kind::kSettingRemoved);
+  SettingsNode* const next = child.next_;
+  unlink(child);
+  if (tree_ != nullptr) tree_->marks->recordRemoved(*this, child, next);
+  if (child.journalHolds_ == 0) delete &child;
+}
+
+void SettingsNode::insertChild(SettingsNode& child, SettingsNode* next, bool keepOrder) {
+  if (!keepOrder) child.order_ = nextOrder_++;
+  link(child, next);
+  if (tree_ != nullptr) tree_->marks->recordAdded(child);
+  child.tell(Change::Kind::kSettingAdded);
+}
+
+void SettingsNode::replaceContent(SettingsNode& source) {
+  setValue(std::exchange(source.value_, Loom::string()));
+  if (tree_ != nullptr && tree_->marks->journaling()) {
+    // Child by child, so that the journals can undo it.
+    while (last_ != nullptr) removeChild(*last_);
+    while (SettingsNode* moved = source.first_) {
+      source.unlink(*moved);
+      if (moved->tree_ != tree_) moved->adopt(tree_);
+      insertChild(*moved, nullptr, false);
+    }
+    return;
+  }
+  // No journal to keep: the lists of children change hands whole.
+  for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
+    child->tell(Change::Kind::kSettingRemoved);
+  }
+  SettingsNode old(nullptr, Loom::string());
+  old.takeChildren(*this);
+  takeChildren(source);
+  for (SettingsNode* child = first_; child != nullptr; child = child->next_) {
+    if (child->tree_ != tree_) child->adopt(tree_);
+    child->tell(Change::Kind::kSettingAdded);
+  }
+}
+
+void SettingsNode::takeChildren(SettingsNode& from) {
+  first_ = std::exchange(from.first_, nullptr);
+  last_ = std::exchange(from.last_, nullptr);
+  index_ = std::move(from.index_);
+  from.index_.clear();
+  positions_ = std::move(from.positions_);
+  from.positions_.clear();
+  nextOrder_ = from.nextOrder_;
+  for (SettingsNode* child = first_; child != nullptr; child = child->next_) child->parent_ = this;
+}
+
+std::unique_ptr<SettingsNode> SettingsNode::copy(
+    SettingsTree* tree, std::unordered_map<const SettingsNode*, SettingsNode*>* copies) const {
+  auto top = std::make_unique<SettingsNode>(tree, key_);
+  std::vector<std::pair<const SettingsNode*, SettingsNode*>> pending{{this, top.get()}};
+  while (!pending.empty()) {
+    const auto [from, to] = pending.back();
+    pending.pop_back();
+    if (copies != nullptr) (*copies)[from] = to;
+    to->value_ = from->value_;
+    to->order_ = from->order_;
+    to->nextOrder_ = from->nextOrder_;
+    for (const SettingsNode* child = from->first_; child != nullptr; child = child->next_) {
+      auto* made = new SettingsNode(tree, child->key_);
+      to->link(*made, nullptr);
+      pending.emplace_back(child, made);
+    }
+  }
+  return top;
 }
 
 }  // namespace refhost
-
-namespace Loom::Services {
-
-PersistentItem& PersistentItem::operator[](const char* key) { return (*this)[string(key)]; }
-
-PersistentItem& PersistentItem::operator=(const char* value) { return *this = string(value); }
-
-struct PersistentSettings::Impl {
-  refhost::SettingsMarks marks;
-  refhost::SettingsNode root{&marks, nullptr, string()};
-  refhost::HostRef<BackingStoreIO> store;
-};
-
-namespace {
-
-constexpr char kProductBranch[] = "PRODUCTCODE";
-constexpr char kModelNameKey[] = "ModelName";
-constexpr char kDriverNameKey[] = "DriverName";
-constexpr char kDriverNameProperty[] = "loom.driver.name";
-
-// The stored settings tree of `store` built into `target`; false when there is none.
-// A tree that does not convert (text that is not valid Unicode) counts as unreadable.
-bool ReadStoredTree(BackingStoreIO* store, refhost::SettingsNode& target) {
-  if (store == nullptr) return false;
-  const SmartPtr<Dom::Document> document = store->read();
-  if (!document) return false;
-  const SmartPtr<Dom::Node> root = document->getRoot();
-  if (!root) return false;
-  try {
-    return refhost::SettingsFromDom(*root, target);
-  } catch (const utf8::exception&) {
-    return false;
-  }
-}
-
-string StoredProductValue(const refhost::SettingsNode& tree, const char* key) {
-  const refhost::SettingsNode* product = tree.findChild(string(kProductBranch));
-  const refhost::SettingsNode* node = product ? product->findChild(string(key)) : nullptr;
-  return node ? node->value() : string();
-}
-
-}  // namespace
-
-PersistentSettings::PersistentSettings() : impl_(new Impl) {}
-PersistentSettings::~PersistentSettings() { delete impl_; }
-
-PersistentItem& PersistentSettings::operator[](const string& key) { return impl_->root[key]; }
-PersistentItem& PersistentSettings::operator=(const string& value) {
-  impl_->root = value;
-  return *this;
-}
-PersistentSettings::operator string() const { return impl_->root.value(); }
-bool PersistentSettings::remove(const string& key) { return impl_->root.remove(key); }
-PersistentItem* PersistentSettings::find(const string& key) { return impl_->root.find(key); }
-const string& PersistentSettings::key() const { return impl_->root.key(); }
-std::size_t PersistentSettings::getNumChildren() const { return impl_->root.getNumChildren(); }
-PersistentItem& PersistentSettings::childAt(std::size_t index) {
-  return impl_->root.childAt(index);
-}
-void PersistentSettings::mark() { impl_->root.mark(); }
-void PersistentSettings::keep() { impl_->root.keep(); }
-void PersistentSettings::revert() { impl_->root.revert(); }
-
-bool PersistentSettings::loadSettings() {
-  // Built aside and swapped in, so a failed load leaves the tree as it was. The marks
-  // stay: they are keyed by path and apply to the new content.
-  refhost::SettingsNode loaded(&impl_->marks, nullptr, string());
-  if (!ReadStoredTree(impl_->store.get(), loaded)) return false;
-  impl_->root.replaceContent(loaded);
-  return true;
-}
-
-bool PersistentSettings::saveSettings() {
-  if (!impl_->store) return false;
-  SmartPtr<Dom::Node> root;
-  try {
-    root = refhost::SettingsToDom(impl_->root);
-  } catch (const utf8::exception&) {
-    return false;
-  }
-  const SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::inMemory());
-  if (!root || !document) return false;
-  document->setRoot(root);
-  return impl_->store->write(document.get());
-}
-
-SmartPtr<BackingStoreIO> PersistentSettings::getBackingStoreIO() const {
-  return impl_->store.share();
-}
-
-void PersistentSettings::setBackingStoreIO(SmartPtr<BackingStoreIO> store) {
-  impl_->store = refhost::HostRef<BackingStoreIO>(store.get());
-}
-
-// A stored configuration may name the printer it was made for under "PRODUCTCODE":
-// "ModelName" (e.g. "KESTREL C750") and "DriverName" (the full driver name). It fits the
-// printer whose property "loom.driver.name" equals the driver name, when one is stored,
-// and equals the model name or starts with it followed by a blank, when one is stored:
-// driver names are the model name with the PDL behind it ("KESTREL C750 PCL6"), and a
-// user expects a configuration of the same model to load into any of its drivers but
-// never into another model's. A configuration that names neither fits every printer
-// (shipped defaults without a product section). One that names a model fits no printer
-// whose driver name is unknown. Nothing readable in the store is not valid.
-bool PersistentSettings::isXMLConfigValid(const PropertyManager& properties) const {
-  refhost::SettingsMarks unused_marks;
-  refhost::SettingsNode stored(&unused_marks, nullptr, string());
-  if (!ReadStoredTree(impl_->store.get(), stored)) return false;
-  const string model = StoredProductValue(stored, kModelNameKey);
-  const string driver = StoredProductValue(stored, kDriverNameKey);
-  if (model.empty() && driver.empty()) return true;
-  if (!properties.exists(kDriverNameProperty)) return false;
-  const std::string printer = refhost::Utf8(properties.getString(kDriverNameProperty));
-  const bool model_fits = model.empty() || printer == std::string_view(model) ||
-                          printer.starts_with(std::string(model) + ' ');
-  const bool driver_fits = driver.empty() || printer == std::string_view(driver);
-  return model_fits && driver_fits;
-}
-
-}  // namespace Loom::Services

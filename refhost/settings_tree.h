@@ -8,34 +8,55 @@
 // Keys may hold any characters (blanks included); an item without "value" has the empty
 // value; children keep their order. The root's own value is the "value" of <settings>.
 //
-// mark / keep / revert work on snapshots kept by the tree, keyed by the path of keys from
-// the root to the marked node. So a mark outlives a reload: a branch marked before
-// loadSettings goes back to its marked state when the branch of the same path is
-// reverted after it (the factory reset relies on this). Reverting restores the node's
-// value and replaces its whole subtree by a copy of the snapshot: references to the
-// node's descendants taken before a revert are invalid after it (the node itself stays).
+// A node keeps its children in a list, in order, with an index by key beside it, so
+// finding, adding and removing a child cost the same however many siblings it has;
+// childAt reads a position table rebuilt on first use after a removal. No walk of a tree
+// (copy, conversion, destruction, marks) recurses on the machine stack, so trees of any
+// depth are safe.
+//
+// mark / keep / revert: see settings_marks.h. Every change of a tree goes through the few
+// primitives below (setValue, appendChild, removeChild, insertChild), which tell the
+// tree's marks (so a revert costs what changed since the mark) and its observer (so the
+// scenario runner learns what a call changed without comparing whole trees).
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/dom.h"
 #include "host/loom_base.h"
 #include "host/settings.h"
+#include "refhost/change_observer.h"
 
 namespace refhost {
 
-struct SettingsMarks;
+class SettingsMarks;
+class SettingsNode;
+
+// What the nodes of one tree share: the tree they belong to (named in the changes told to
+// the store observer, change_observer.h) and its marks. Nodes built outside a tree (a
+// copy, a tree being loaded) have none: nothing records or reports their changes.
+struct SettingsTree {
+  explicit SettingsTree(const Loom::Services::PersistentSettings* owner);
+  ~SettingsTree();
+
+  const Loom::Services::PersistentSettings* owner;
+  std::unique_ptr<SettingsMarks> marks;
+};
 
 // One node below (or at) the root of a tree. Owned by its parent; the root is owned by
 // the PersistentSettings.
 class SettingsNode final : public Loom::Services::PersistentItem {
  public:
-  SettingsNode(SettingsMarks* marks, SettingsNode* parent, Loom::string key);
+  SettingsNode(SettingsTree* tree, Loom::string key);
+  // Destroys the whole subtree, without recursion.
   ~SettingsNode();
 
-  PersistentItem& operator[](const Loom::string& key) override;
+  PersistentItem& operator[](const Loom::string& key) override { return ensureChild(key); }
   using PersistentItem::operator[];
   PersistentItem& operator=(const Loom::string& value) override;
   using PersistentItem::operator=;
@@ -43,31 +64,76 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   bool remove(const Loom::string& key) override;
   PersistentItem* find(const Loom::string& key) override { return findChild(key); }
   const Loom::string& key() const override { return key_; }
-  std::size_t getNumChildren() const override { return children_.size(); }
+  std::size_t getNumChildren() const override { return index_.size(); }
   // Throws std::out_of_range past the last child.
-  PersistentItem& childAt(std::size_t index) override { return *children_.at(index); }
+  PersistentItem& childAt(std::size_t index) override { return child(index); }
   void mark() override;
   void keep() override;
   void revert() override;
 
   const Loom::string& value() const { return value_; }
-  const SettingsNode& child(std::size_t index) const { return *children_.at(index); }
-  SettingsNode* findChild(const Loom::string& key) const;
+  SettingsNode& child(std::size_t index) const;
+  SettingsNode* findChild(std::string_view key) const;
   // The child with `key`, appended when missing.
   SettingsNode& ensureChild(const Loom::string& key);
-  // Takes over the value and the children of `other`, which is left empty.
-  void replaceContent(SettingsNode& other);
+  // Makes room in the index for `count` children, so that adding them never rehashes.
+  void reserveChildren(std::size_t count);
 
- private:
-  // A deep copy of this subtree, hung under `parent` (null: detached).
-  std::unique_ptr<SettingsNode> copyTree(SettingsNode* parent) const;
+  SettingsNode* parent() const { return parent_; }
+  SettingsNode* firstChild() const { return first_; }
+  SettingsNode* nextSibling() const { return next_; }
+  // Orders the node among its siblings: it grows along the list of children (a node put
+  // back by a revert gets its old place and number back), so comparing the numbers on
+  // the way from the root compares places in the tree.
+  std::uint64_t order() const { return order_; }
+  // The keys from the root down to this node (the root's own key left out).
   std::vector<Loom::string> path() const;
 
-  SettingsMarks* marks_;
-  SettingsNode* parent_;
+  // The primitives every change goes through.
+  void setValue(Loom::string value);
+  SettingsNode& appendChild(Loom::string key);
+  // Unlinks `child`: it is kept while a mark's journal needs it, else destroyed.
+  void removeChild(SettingsNode& child);
+  // Links the detached `child` before `next` (null: last). It keeps its order number
+  // when `keepOrder`, else becomes the last in order.
+  void insertChild(SettingsNode& child, SettingsNode* next, bool keepOrder);
+
+  // Replaces the value and the children by those of `source`, a tree of its own, which is
+  // left empty. Costs the number of children removed and moved in, plus the size of the
+  // moved subtrees when this tree's nodes need to be told apart from the source's.
+  void replaceContent(SettingsNode& source);
+  // A detached deep copy of this subtree, keeping order numbers, for `tree` (null: none).
+  // When `copies` is given, it maps each node copied to its copy.
+  std::unique_ptr<SettingsNode> copy(
+      SettingsTree* tree,
+      std::unordered_map<const SettingsNode*, SettingsNode*>* copies = nullptr) const;
+
+ private:
+  friend class SettingsMarks;
+
+  void link(SettingsNode& child, SettingsNode* next);
+  void unlink(SettingsNode& child);
+  void tell(Change::Kind kind, std::string_view oldValue = {}) const;
+  // Points every node of this subtree at `tree`.
+  void adopt(SettingsTree* tree);
+  // Makes the children of `from` this (childless) node's, in order with their numbers.
+  void takeChildren(SettingsNode& from);
+
+  SettingsTree* tree_;
+  SettingsNode* parent_ = nullptr;
   Loom::string key_;
   Loom::string value_;
-  std::vector<std::unique_ptr<SettingsNode>> children_;
+  SettingsNode* first_ = nullptr;
+  SettingsNode* last_ = nullptr;
+  SettingsNode* prev_ = nullptr;
+  SettingsNode* next_ = nullptr;
+  std::uint64_t order_ = 0;
+  std::uint64_t nextOrder_ = 0;
+  std::unordered_map<std::string_view, SettingsNode*> index_;
+  // The children by position; rebuilt by child() when empty while children exist.
+  mutable std::vector<SettingsNode*> positions_;
+  // How many journal entries of marks hold this node since it was removed.
+  int journalHolds_ = 0;
 };
 
 // The tree under `root` as a settings document element (<settings> with <item>s); null

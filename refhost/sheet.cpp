@@ -24,6 +24,7 @@ Sheet::Sheet()
 Sheet::~Sheet() {
   // Documents the library still holds outlive the sheet, but not its observer.
   for (HostRef<Document>& document : documents_) document->setChangeObserver(nullptr);
+  if (observer_ != nullptr && StoreObserver() == observer_) SetStoreObserver(nullptr);
 }
 
 Loom::SmartPtr<Document> Sheet::loadDocument(std::string_view xml, std::string fileName) {
@@ -54,6 +55,7 @@ bool Sheet::setOwner(Document& child, Document* parent) { return child.setOwner(
 
 void Sheet::setChangeObserver(ChangeObserver* observer) {
   observer_ = observer;
+  SetStoreObserver(observer);
   for (HostRef<Document>& document : documents_) document->setChangeObserver(observer_);
 }
 

@@ -45,7 +45,8 @@ class Sheet {
   void setDirectories(std::u16string root, std::u16string user, std::u16string allUsers);
   // `child` was opened by `parent` (null: by nobody). False when that makes a cycle.
   bool setOwner(Document& child, Document* parent);
-  // Tells `observer` (null: nobody) of every change in the sheet's documents.
+  // Tells `observer` (null: nobody) of every change in the sheet's documents, and makes it
+  // the store observer of the settings trees and files (change_observer.h).
   void setChangeObserver(ChangeObserver* observer);
 
  private:

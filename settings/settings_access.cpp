@@ -1,5 +1,7 @@
 #include "settings/settings_access.h"
 
+#include <utility>
+
 #include "core/elements.h"
 #include "core/text.h"
 #include "host/codes.h"
@@ -161,11 +163,22 @@ Loom::wstring UserDirectory(const DocPtr& doc) {
 }
 
 void CopyBranch(Loom::Services::PersistentItem& source, Loom::Services::PersistentItem& target) {
-  target = static_cast<Loom::string>(source);
-  while (target.getNumChildren() > 0) target.remove(target.childAt(0).key());
-  for (std::size_t i = 0; i < source.getNumChildren(); ++i) {
-    Loom::Services::PersistentItem& child = source.childAt(i);
-    CopyBranch(child, target[child.key()]);
+  using Loom::Services::PersistentItem;
+  // A work list rather than recursion: a branch may be as deep as a file makes it.
+  Loom::vector<std::pair<PersistentItem*, PersistentItem*>> pending{{&source, &target}};
+  while (!pending.empty()) {
+    const auto [from, to] = pending.back();
+    pending.pop_back();
+    *to = static_cast<Loom::string>(*from);
+    // Keys first, then removals: a removal renumbers the children childAt walks.
+    Loom::vector<Loom::string> old;
+    old.reserve(to->getNumChildren());
+    for (std::size_t i = 0; i < to->getNumChildren(); ++i) old.push_back(to->childAt(i).key());
+    for (const Loom::string& key : old) to->remove(key);
+    for (std::size_t i = 0; i < from->getNumChildren(); ++i) {
+      PersistentItem& child = from->childAt(i);
+      pending.emplace_back(&child, &(*to)[child.key()]);
+    }
   }
 }
 

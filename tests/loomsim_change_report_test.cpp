@@ -1,5 +1,5 @@
-// The pieces of the change report: settings, file and registry snapshots compared, and how
-// elements are named.
+// The pieces of the change report: settings changes as the trees report them, file and
+// registry snapshots compared, and how elements are named.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -14,32 +14,75 @@
 #include "tools/loomsim/call_watch.h"
 #include "tools/loomsim/element_label.h"
 #include "tools/loomsim/file_snapshot.h"
+#include "tools/loomsim/file_watch.h"
 #include "tools/loomsim/scenario.h"
-#include "tools/loomsim/settings_snapshot.h"
+#include "tools/loomsim/settings_changes.h"
 
 namespace loomsim {
 namespace {
 
-TEST(ChangeReportTest, SettingsDiffNamesEveryNodeAddedChangedOrRemoved) {
-  Loom::Services::PersistentSettings tree;
+// The tree's own reports, passed to the SettingsChanges under test.
+class Forward final : public refhost::ChangeObserver {
+ public:
+  explicit Forward(SettingsChanges& changes) : changes_(changes) {
+    refhost::SetStoreObserver(this);
+  }
+  ~Forward() override { refhost::SetStoreObserver(nullptr); }
+  void onChange(const refhost::Change& change) override { changes_.Note(change); }
+
+ private:
+  SettingsChanges& changes_;
+};
+
+std::vector<std::string> ReportOf(const SettingsChanges& changes,
+                                  Loom::Services::PersistentSettings& tree) {
+  std::vector<std::string> lines;
+  changes.Report(tree, lines);
+  return lines;
+}
+
+TEST(ChangeReportTest, SettingsChangesNameEveryNodeAddedChangedOrRemoved) {
+  Loom::Services::PersistentSettings tree, other;
   tree["Same"] = "1";
   tree["Changed"] = "old";
   tree["Gone"]["Child"] = "x";
   tree["Custom Paper Size"] = "";
-  const SettingsSnapshot before = TakeSettingsSnapshot(tree);
-  tree["Changed"] = "new";
-  tree.remove("Gone");
-  tree["Custom Paper Size"]["Width"] = "210";
-  tree["New"] = "\xFF";
-  std::vector<std::string> lines;
-  DiffSettings("user", before, TakeSettingsSnapshot(tree), lines);
-  EXPECT_EQ(lines, (std::vector<std::string>{
-                       "~ user Changed = \"new\" (was \"old\")",
-                       "+ user \"Custom Paper Size\"/Width = \"210\"",
-                       "+ user New = \"\\xFF\"",
-                       "- user Gone (was \"\")",
-                       "- user Gone/Child (was \"x\")",
-                   }));
+  tree["Back"] = "b";
+  tree.mark();
+  SettingsChanges changes("user", tree);
+  {
+    Forward forward(changes);
+    tree["Changed"] = "new";
+    tree.remove("Gone");
+    tree["Custom Paper Size"]["Width"] = "210";
+    tree["New"] = "\xFF";
+    tree["Same"] = "1";   // set to what it was
+    tree.remove("Back");  // removed, then back last with its value
+    tree["Back"] = "b";
+    tree["Passing"] = "through";  // added, then removed
+    tree.remove("Passing");
+    other["Elsewhere"] = "x";  // another tree
+  }
+  EXPECT_EQ(ReportOf(changes, tree), (std::vector<std::string>{
+                                         "~ user Changed = \"new\" (was \"old\")",
+                                         "+ user \"Custom Paper Size\"/Width = \"210\"",
+                                         "+ user New = \"\\xFF\"",
+                                         "- user Gone (was \"\")",
+                                         "- user Gone/Child (was \"x\")",
+                                     }));
+  // The revert puts the branch back in its old place: it is listed there.
+  SettingsChanges reverted("user", tree);
+  {
+    Forward forward(reverted);
+    tree.revert();
+  }
+  EXPECT_EQ(ReportOf(reverted, tree), (std::vector<std::string>{
+                                          "~ user Changed = \"old\" (was \"new\")",
+                                          "+ user Gone = \"\"",
+                                          "+ user Gone/Child = \"x\"",
+                                          "- user \"Custom Paper Size\"/Width (was \"210\")",
+                                          "- user New (was \"\\xFF\")",
+                                      }));
 }
 
 TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
@@ -53,18 +96,29 @@ TEST(ChangeReportTest, FileDiffSeesNewChangedAndRemovedFilesByContent) {
   write(root / "user" / "same.xml", "same");
   write(root / "user" / "sub" / "edited.xml", "abc");
   write(root / "driver" / "gone.zip", "zip");
-  const FileSnapshot before = TakeFileSnapshot(root);
+  FileWatch watch(root);
+  const auto before = watch.Current();
   write(root / "user" / "sub" / "edited.xml", "abd");  // same size, new content
   std::filesystem::remove(root / "driver" / "gone.zip");
   // A name in UTF-8, whatever the system's own encoding of file names.
   write(root / "driver" / std::filesystem::path(u8"new \u00fc.txt"), "12345");
+  std::filesystem::create_directories(root / "root" / "made");
+  write(root / "root" / "made" / "in.txt", "1");
+  const auto after = watch.Current();
+  EXPECT_EQ(watch.Current(), after) << "nothing changed since";
   std::vector<std::string> lines;
-  DiffFiles(before, TakeFileSnapshot(root), lines);
+  DiffFiles(*before, *after, lines);
   EXPECT_EQ(lines, (std::vector<std::string>{
                        "+ file driver:\"new \u00fc.txt\" (5 bytes)",
+                       "+ file root:\"made/in.txt\" (1 bytes)",
                        "~ file user:\"sub/edited.xml\" (3 bytes)",
                        "- file driver:\"gone.zip\"",
                    }));
+  // A directory made between two looks is watched from then on.
+  write(root / "root" / "made" / "in.txt", "2");
+  lines.clear();
+  DiffFiles(*after, *watch.Current(), lines);
+  EXPECT_EQ(lines, (std::vector<std::string>{"~ file root:\"made/in.txt\" (1 bytes)"}));
   std::filesystem::remove_all(root);
 }
 

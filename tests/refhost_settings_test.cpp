@@ -129,6 +129,44 @@ TEST_F(RefhostSettingsTest, MarkKeepAndRevertWorkByPath) {
   EXPECT_EQ(Dump(tree), "={B=factory,A=1{A1=x,A2=y}}");
 }
 
+// Marks of nested paths are independent: each revert goes back to its own mark, also when
+// the other mark's revert, a reload or the removal of the marked node came in between.
+TEST_F(RefhostSettingsTest, NestedMarksEachGoBackToTheirOwnState) {
+  PersistentSettings tree;
+  Fill(tree);
+  tree.mark();
+  tree["A"].mark();
+  tree["A"]["A1"] = "changed";
+  tree["A"].remove("A2");
+  tree["A"]["A3"] = "new";
+  tree["A"].revert();
+  EXPECT_EQ(Dump(tree), kFilled) << "the branch back in order";
+  tree["A"].mark();
+  tree["A"].remove("A1");
+  tree["B"] = "b2";
+  SmartPtr<refhost::MemoryBackingStore> factory(new refhost::MemoryBackingStore());
+  ASSERT_TRUE(factory->setXml(R"(<settings><item key="A" value="f"/></settings>)"));
+  tree.setBackingStoreIO(factory);
+  ASSERT_TRUE(tree.loadSettings());
+  tree["A"].revert();
+  EXPECT_EQ(Dump(tree), "={A=1{A1=x,A2=y}}") << "the branch as marked, after a reload";
+  tree.revert();
+  EXPECT_EQ(Dump(tree), kFilled) << "the whole tree as marked first";
+
+  // A marked node removed with its parent: its mark remembers the state at the mark.
+  tree["C"]["C1"].mark();
+  tree["C"]["C1"]["deep"] = "1";
+  tree["C"]["C1"] = "changed";
+  tree.remove("C");
+  tree["C"]["C1"] = "again";
+  tree["C"]["C1"].revert();
+  EXPECT_EQ(Dump(tree), "={A=1{A1=x,A2=y},B=2,C={C1=z}}");
+  tree.mark();
+  tree.remove("A");
+  tree.keep();  // the removed branch is let go
+  EXPECT_EQ(Dump(tree), "={B=2,C={C1=z}}");
+}
+
 TEST_F(RefhostSettingsTest, IndexCreatesLastFindAndRemoveDoNot) {
   PersistentSettings tree;
   Fill(tree);

@@ -1,5 +1,9 @@
 #include "refhost/durable_file.h"
 
+#include <sys/stat.h>
+
+#include "refhost/file_io.h"
+
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -40,6 +44,14 @@ std::optional<std::filesystem::path> WriteTemporaryBeside(const std::filesystem:
 
 bool MoveOver(const std::filesystem::path& temporary, const std::filesystem::path& target) {
   return std::rename(temporary.c_str(), target.c_str()) == 0;
+}
+
+std::optional<FileVersion> VersionOf(const std::filesystem::path& path) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileVersion{status.st_dev,         status.st_ino,          std::uint64_t(status.st_size),
+                     status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_ctim.tv_sec,
+                     status.st_ctim.tv_nsec};
 }
 
 }  // namespace refhost

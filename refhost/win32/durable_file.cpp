@@ -1,5 +1,7 @@
 #include "refhost/durable_file.h"
 
+#include "refhost/file_io.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -45,6 +47,18 @@ std::optional<std::filesystem::path> WriteTemporaryBeside(const std::filesystem:
 bool MoveOver(const std::filesystem::path& temporary, const std::filesystem::path& target) {
   return MoveFileExW(temporary.c_str(), target.c_str(),
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+// Windows has no inode or change time to hand here: the size and the modification time
+// (in the file system's 100 ns ticks) tell the versions apart.
+std::optional<FileVersion> VersionOf(const std::filesystem::path& path) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (error) return std::nullopt;
+  const auto modified = std::filesystem::last_write_time(path, error).time_since_epoch();
+  if (error) return std::nullopt;
+  const std::int64_t ticks = modified.count();
+  return FileVersion{0, 0, size, ticks, 0, 0, 0};
 }
 
 }  // namespace refhost

@@ -30,9 +30,9 @@ void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string
 
 CallWatch::CallWatch(Scenario& scenario)
     : scenario_(scenario),
-      user_(TakeSettingsSnapshot(scenario.sheet().window().getSettings())),
-      device_(TakeSettingsSnapshot(scenario.sheet().window().getDevSettings())),
-      files_(TakeFileSnapshot(scenario.sandbox().root())),
+      user_("user", scenario.sheet().window().getSettings()),
+      device_("device", scenario.sheet().window().getDevSettings()),
+      files_(scenario.files().Current()),
       registryKeys_(refhost::userRegistryKeys()),
       scriptsBefore_(scenario.sheet().scriptEnv().statements().size()),
       fileDialogsBefore_(refhost::fileDialogs().shown().size()) {
@@ -50,6 +50,25 @@ void CallWatch::Stop() {
 }
 
 void CallWatch::onChange(const refhost::Change& change) {
+  using Kind = refhost::Change::Kind;
+  switch (change.kind) {
+    case Kind::kSettingAdded:
+    case Kind::kSettingChanged:
+    case Kind::kSettingRemoved:
+      user_.Note(change);
+      device_.Note(change);
+      break;
+    case Kind::kFileWritten:
+    case Kind::kFileRemoved:
+      filesWritten_.emplace_back(change.file);
+      break;
+    default:
+      NoteDocumentChange(change);
+      break;
+  }
+}
+
+void CallWatch::NoteDocumentChange(const refhost::Change& change) {
   using Kind = refhost::Change::Kind;
   const std::string label = ElementLabel(scenario_, *change.element);
   const std::string attribute = "." + NarrowText(change.attribute);
@@ -73,6 +92,8 @@ void CallWatch::onChange(const refhost::Change& change) {
       scenario_.NoteChange("- " + StartTag(*change.element) + " removed from " +
                            ElementLabel(scenario_, *change.parent));
       break;
+    default:
+      break;
   }
 }
 
@@ -82,9 +103,10 @@ std::vector<std::string> CallWatch::Finish() {
   Stop();
   std::vector<std::string> lines = scenario_.StopNoting();
   refhost::Window& window = scenario_.sheet().window();
-  DiffSettings("user", user_, TakeSettingsSnapshot(window.getSettings()), lines);
-  DiffSettings("device", device_, TakeSettingsSnapshot(window.getDevSettings()), lines);
-  DiffFiles(files_, TakeFileSnapshot(scenario_.sandbox().root()), lines);
+  user_.Report(window.getSettings(), lines);
+  device_.Report(window.getDevSettings(), lines);
+  const auto files = scenario_.files().Current(filesWritten_);
+  if (files != files_) DiffFiles(*files_, *files, lines);
   DiffRegistry(registryKeys_, refhost::userRegistryKeys(), lines);
 
   const auto& statements = scenario_.sheet().scriptEnv().statements();

@@ -9,7 +9,7 @@
 //     - <menuitem value="A"> removed from basic#list/menupopup[1]
 //     > script "rule rul_ChangePrintJob;" -> rule rul_ChangePrintJob, 1 statement(s)
 //     (and whatever a facility notes through Scenario::NoteChange)
-//   settings values (settings_snapshot.h), user tree first, then the device tree
+//   settings values (settings_changes.h), user tree first, then the device tree
 //   files written or removed (file_snapshot.h)
 //   - registry user "Software\Spindle\Drv"             a registry key deleted (or + added)
 //   > printed "value 5\n"                                  the standard output
@@ -18,14 +18,18 @@
 //
 // It also fills the scenario's LastCall with the script statements, the printed text and
 // the message boxes and file dialogs, for the expectations.
+//
+// The documents, the settings trees and the host's file writes report their changes as
+// they happen; only the directory tree is walked, reading each file's status.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "refhost/change_observer.h"
 #include "tools/loomsim/file_snapshot.h"
-#include "tools/loomsim/settings_snapshot.h"
+#include "tools/loomsim/settings_changes.h"
 #include "tools/loomsim/stdout_capture.h"
 
 namespace loomsim {
@@ -40,7 +44,7 @@ void DiffRegistry(std::vector<std::u16string> before, std::vector<std::u16string
 
 class CallWatch final : public refhost::ChangeObserver {
  public:
-  // Takes the snapshots and starts listening and capturing.
+  // Notes the files and starts listening and capturing.
   explicit CallWatch(Scenario& scenario);
   ~CallWatch() override;
   CallWatch(const CallWatch&) = delete;
@@ -53,16 +57,18 @@ class CallWatch final : public refhost::ChangeObserver {
 
  private:
   void Stop();
+  void NoteDocumentChange(const refhost::Change& change);
 
   Scenario& scenario_;
-  SettingsSnapshot user_;
-  SettingsSnapshot device_;
-  FileSnapshot files_;
+  SettingsChanges user_;
+  SettingsChanges device_;
+  std::shared_ptr<const FileSnapshot> files_;
+  std::vector<std::filesystem::path> filesWritten_;
   std::vector<std::u16string> registryKeys_;
   std::size_t scriptsBefore_;
   std::size_t fileDialogsBefore_;
   bool watching_ = true;
-  StdoutCapture capture_;  // last: starts after the snapshots are taken
+  StdoutCapture capture_;  // last: starts after the files are noted
 };
 
 }  // namespace loomsim

@@ -1,8 +1,11 @@
 #include "tools/loomsim/file_snapshot.h"
 
+#include <algorithm>
 #include <fstream>
 #include <system_error>
+#include <unordered_map>
 
+#include "refhost/file_io.h"
 #include "tools/loomsim/place_ref.h"
 #include "tools/loomsim/text_values.h"
 
@@ -32,19 +35,53 @@ std::string FileText(const std::string& relative) {
 
 std::string Bytes(std::uintmax_t size) { return " (" + std::to_string(size) + " bytes)"; }
 
+struct Known {
+  refhost::FileVersion version;
+  std::uint64_t hash;
+};
+
+// The content hash of every file seen in the last walk, by path: a file whose version
+// has not changed since is not read again.
+std::unordered_map<std::string, Known>& KnownFiles() {
+  static std::unordered_map<std::string, Known> known;
+  return known;
+}
+
 }  // namespace
 
-FileSnapshot TakeFileSnapshot(const std::filesystem::path& root) {
+FileSnapshot TakeFileSnapshot(const std::filesystem::path& root,
+                              const std::vector<std::filesystem::path>& written) {
+  std::vector<std::string> rehash;
+  for (const std::filesystem::path& path : written) {
+    rehash.push_back(path.lexically_normal().native());
+  }
+  std::sort(rehash.begin(), rehash.end());
+  std::unordered_map<std::string, Known>& known = KnownFiles();
+  std::unordered_map<std::string, Known> seen;
   FileSnapshot snapshot;
   // A file that vanishes while the tree is walked is simply not in the snapshot.
   std::error_code error;
   for (auto it = std::filesystem::recursive_directory_iterator(root, error);
        !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
     if (!it->is_regular_file(error)) continue;
+    const auto version = refhost::VersionOf(it->path());
+    if (!version) continue;
+    const std::string path = it->path().lexically_normal().native();
+    Known state{*version, 0};
+    const auto before = known.find(path);
+    if (before != known.end() && before->second.version == state.version &&
+        !std::binary_search(rehash.begin(), rehash.end(), path)) {
+      state.hash = before->second.hash;
+    } else {
+      state.hash = HashOf(it->path());
+    }
     const std::u8string generic = it->path().lexically_relative(root).generic_u8string();
     const std::string relative(generic.begin(), generic.end());
-    snapshot[relative] = FileState{it->file_size(error), HashOf(it->path())};
+    const auto size = static_cast<std::uintmax_t>(std::get<2>(*version));
+    snapshot[relative] = FileState{size, state.hash};
+    seen.emplace(path, state);
   }
+  known = std::move(seen);
   return snapshot;
 }
 

@@ -21,6 +21,7 @@
 #include "refhost/file_dialogs.h"
 #include "refhost/host_ref.h"
 #include "refhost/sheet.h"
+#include "tools/loomsim/file_watch.h"
 #include "tools/loomsim/library_call.h"
 #include "tools/loomsim/message_boxes.h"
 #include "tools/loomsim/report.h"
@@ -63,6 +64,8 @@ class Scenario {
   ObjectFinder finder() const { return finder_; }
   refhost::Sheet& sheet() { return sheet_; }
   Sandbox& sandbox() { return sandbox_; }
+  // The files of the sandbox, as the calls' change reports see them.
+  FileWatch& files() { return files_; }
   Report& report() { return report_; }
   MessageBoxes& messageBoxes() { return messageBoxes_; }
   // The directory of the scenario file.
@@ -126,6 +129,7 @@ class Scenario {
   std::filesystem::path file_;
   Report& report_;
   Sandbox sandbox_;
+  FileWatch files_{sandbox_.root()};
   refhost::Sheet sheet_;
   MessageBoxes messageBoxes_;
   ScriptExecutor executor_;

@@ -1,0 +1,185 @@
+// Marks: journals of undo entries while the marked node is in the tree, snapshots after.
+#include "refhost/settings_marks.h"
+
+#include <ranges>
+#include <unordered_map>
+#include <utility>
+
+#include "refhost/settings_tree.h"
+
+namespace refhost {
+
+// How to undo one change. A removed node is held by the entry (journalHolds_) until the
+// entry is undone or dropped.
+struct SettingsMarks::Entry {
+  enum class Kind { kValue, kAdded, kRemoved };
+  Kind kind = Kind::kValue;
+  SettingsNode* node = nullptr;    // the node set, added or removed
+  SettingsNode* parent = nullptr;  // kRemoved: where it stood...
+  SettingsNode* next = nullptr;    // ...before which sibling (null: last)
+  Loom::string oldValue = {};      // kValue
+};
+
+struct SettingsMarks::Mark {
+  SettingsNode* node;  // the marked node while it is in the tree, else null
+  std::vector<Entry> journal;
+  std::unique_ptr<SettingsNode> snapshot;  // the state at the mark, once node is null
+};
+
+namespace {
+
+bool IsWithin(const SettingsNode& node, const SettingsNode& top) {
+  for (const SettingsNode* at = &node; at != nullptr; at = at->parent()) {
+    if (at == &top) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+SettingsMarks::SettingsMarks() = default;
+
+SettingsMarks::~SettingsMarks() {
+  for (auto& [path, mark] : marks_) drop(mark);
+}
+
+void SettingsMarks::mark(SettingsNode& node) {
+  Path path = node.path();
+  if (const auto found = marks_.find(path); found != marks_.end()) {
+    drop(found->second);
+    marks_.erase(found);
+  }
+  marks_.emplace(std::move(path), Mark{&node, {}, nullptr});
+  ++journaling_;
+}
+
+void SettingsMarks::keep(SettingsNode& node) {
+  if (const auto found = marks_.find(node.path()); found != marks_.end()) {
+    drop(found->second);
+    marks_.erase(found);
+  }
+}
+
+void SettingsMarks::revert(SettingsNode& node) {
+  const auto found = marks_.find(node.path());
+  if (found == marks_.end()) return;
+  // Taken out first: what the revert does is a change that other marks record, this one
+  // not.
+  Mark mark = std::move(found->second);
+  marks_.erase(found);
+  if (mark.node == nullptr) {
+    node.replaceContent(*mark.snapshot);
+    return;
+  }
+  --journaling_;
+  for (Entry& entry : std::views::reverse(mark.journal)) {
+    switch (entry.kind) {
+      case Entry::Kind::kValue:
+        entry.node->setValue(std::move(entry.oldValue));
+        break;
+      case Entry::Kind::kAdded:
+        entry.node->parent()->removeChild(*entry.node);
+        break;
+      case Entry::Kind::kRemoved:
+        entry.parent->insertChild(*entry.node, entry.next, true);
+        --entry.node->journalHolds_;
+        break;
+    }
+  }
+}
+
+std::vector<std::vector<SettingsMarks::Entry>*> SettingsMarks::journalsCovering(
+    const SettingsNode& node) {
+  std::vector<std::vector<Entry>*> journals;
+  if (journaling_ == 0) return journals;
+  for (auto& [path, mark] : marks_) {
+    if (mark.node != nullptr && IsWithin(node, *mark.node)) journals.push_back(&mark.journal);
+  }
+  return journals;
+}
+
+void SettingsMarks::recordValue(SettingsNode& node) {
+  for (auto* journal : journalsCovering(node)) {
+    Entry& entry = journal->emplace_back();
+    entry.node = &node;
+    entry.oldValue = node.value();
+  }
+}
+
+void SettingsMarks::recordAdded(SettingsNode& child) {
+  for (auto* journal : journalsCovering(*child.parent())) {
+    Entry& entry = journal->emplace_back();
+    entry.kind = Entry::Kind::kAdded;
+    entry.node = &child;
+  }
+}
+
+void SettingsMarks::recordRemoved(SettingsNode& parent, SettingsNode& child, SettingsNode* next) {
+  for (auto* journal : journalsCovering(parent)) {
+    Entry& entry = journal->emplace_back();
+    entry.kind = Entry::Kind::kRemoved;
+    entry.node = &child;
+    entry.parent = &parent;
+    entry.next = next;
+    ++child.journalHolds_;
+  }
+}
+
+void SettingsMarks::beforeRemoval(SettingsNode& child) {
+  if (journaling_ == 0) return;
+  for (auto& [path, mark] : marks_) {
+    if (mark.node == nullptr || !IsWithin(*mark.node, child)) continue;
+    mark.snapshot = stateAtMark(mark);
+    drop(mark);
+  }
+}
+
+void SettingsMarks::drop(Mark& mark) {
+  if (mark.node == nullptr) return;
+  mark.node = nullptr;
+  --journaling_;
+  for (const Entry& entry : mark.journal) {
+    if (entry.kind != Entry::Kind::kRemoved) continue;
+    SettingsNode* removed = entry.node;
+    if (--removed->journalHolds_ == 0 && removed->parent() == nullptr) delete removed;
+  }
+  mark.journal.clear();
+}
+
+// A copy of the marked subtree as it is, with the journal undone on the copy: the
+// journal's nodes are the originals, so each is looked up in the map of copies. A node
+// added since the mark is parked when its addition is undone, in case an earlier entry
+// (its removal before a revert elsewhere put it back) needs it again.
+std::unique_ptr<SettingsNode> SettingsMarks::stateAtMark(const Mark& mark) {
+  std::unordered_map<const SettingsNode*, SettingsNode*> copies;
+  std::unordered_map<const SettingsNode*, std::unique_ptr<SettingsNode>> parked;
+  std::unique_ptr<SettingsNode> state = mark.node->copy(nullptr, &copies);
+  for (const Entry& entry : std::views::reverse(mark.journal)) {
+    switch (entry.kind) {
+      case Entry::Kind::kValue:
+        copies.at(entry.node)->value_ = entry.oldValue;
+        break;
+      case Entry::Kind::kAdded: {
+        SettingsNode* added = copies.at(entry.node);
+        added->parent_->unlink(*added);
+        parked[entry.node].reset(added);
+        break;
+      }
+      case Entry::Kind::kRemoved: {
+        std::unique_ptr<SettingsNode> removed;
+        if (const auto found = parked.find(entry.node); found != parked.end()) {
+          removed = std::move(found->second);
+          parked.erase(found);
+        } else {
+          removed = entry.node->copy(nullptr, &copies);
+        }
+        SettingsNode* next = entry.next != nullptr ? copies.at(entry.next) : nullptr;
+        copies.at(entry.parent)->link(*removed.release(), next);
+        break;
+      }
+    }
+  }
+  return state;
+}
+
+}  // namespace refhost
