@@ -1,8 +1,6 @@
 // Backing stores: the host's base and file store, and refhost's memory and failing ones.
 #include "refhost/backing_store.h"
 
-#include <utf8.h>
-
 #include <filesystem>
 #include <optional>
 #include <utility>
@@ -13,16 +11,12 @@
 namespace refhost {
 namespace {
 
-// The document's root as XML text; nothing when it has no root or holds text that is
-// not valid UTF-16, which no file can carry.
+// The document's root as XML text; nothing when it has no root or holds a name or text
+// that XML cannot carry, which no file can.
 std::optional<std::string> DocumentXml(const Loom::Dom::Document& document) {
   const Loom::SmartPtr<Loom::Dom::Node> root = document.getRoot();
   if (!root) return std::nullopt;
-  try {
-    return WriteXml(*root);
-  } catch (const utf8::exception&) {
-    return std::nullopt;
-  }
+  return WriteXml(*root);
 }
 
 }  // namespace

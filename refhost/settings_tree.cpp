@@ -7,11 +7,14 @@
 #include <map>
 #include <new>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "host/properties.h"
 #include "refhost/host_ref.h"
 #include "refhost/text.h"
+#include "refhost/xml_text.h"
 
 namespace refhost {
 
@@ -27,6 +30,13 @@ constexpr char16_t kSettingsElement[] = u"settings";
 constexpr char16_t kItemElement[] = u"item";
 constexpr char16_t kKeyAttribute[] = u"key";
 constexpr char16_t kValueAttribute[] = u"value";
+// A key or value that XML cannot carry as it is (bytes that are not UTF-8, control
+// characters, U+FFFE, U+FFFF) is stored under these instead, with every byte outside
+// printable ASCII, and '%' itself, written as %XX: the file stays well-formed and the
+// bytes come back exactly.
+constexpr char16_t kKeyBytesAttribute[] = u"key-bytes";
+constexpr char16_t kValueBytesAttribute[] = u"value-bytes";
+constexpr char kEscape = '%';
 
 }  // namespace
 
@@ -61,6 +71,10 @@ SettingsNode* SettingsNode::findChild(const Loom::string& key) const {
 
 SettingsNode& SettingsNode::ensureChild(const Loom::string& key) {
   if (SettingsNode* existing = findChild(key)) return *existing;
+  return appendChild(key);
+}
+
+SettingsNode& SettingsNode::appendChild(const Loom::string& key) {
   children_.push_back(std::make_unique<SettingsNode>(marks_, this, key));
   return *children_.back();
 }
@@ -104,26 +118,93 @@ void SettingsNode::revert() {
 
 namespace {
 
+Loom::wstring EscapeBytes(std::string_view text) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  Loom::wstring escaped;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= ' ' && byte < 0x7F && c != kEscape) {
+      escaped.push_back(byte);
+    } else {
+      escaped += {char16_t(kEscape), char16_t(kHex[byte >> 4]), char16_t(kHex[byte & 0xF])};
+    }
+  }
+  return escaped;
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+// A '%' not followed by two hex digits stands for itself.
+Loom::string UnescapeBytes(const std::string& text) {
+  Loom::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const int high = text[i] == kEscape && i + 2 < text.size() ? HexDigit(text[i + 1]) : -1;
+    const int low = high >= 0 ? HexDigit(text[i + 2]) : -1;
+    if (low >= 0) {
+      bytes.push_back(static_cast<char>(high * 16 + low));
+      i += 2;
+    } else {
+      bytes.push_back(text[i]);
+    }
+  }
+  return bytes;
+}
+
+// Empty text is written as no attribute at all.
+void SetText(Loom::Dom::Node& node, const char16_t* plain, const char16_t* escaped,
+             const Loom::string& text) {
+  if (text.empty()) return;
+  if (XmlCanCarry(text)) {
+    node.attributes().set(plain, Utf16(text));
+  } else {
+    node.attributes().set(escaped, EscapeBytes(text));
+  }
+}
+
+Loom::string GetText(Loom::Dom::Node& node, const char16_t* plain, const char16_t* escaped) {
+  Loom::Dom::AttributeMap& attributes = node.attributes();
+  if (attributes.contains(escaped)) return UnescapeBytes(Utf8(attributes[escaped]));
+  return Loom::string(Utf8(attributes[plain]));
+}
+
 void AppendItems(const SettingsNode& from, Loom::Dom::Node& to) {
   for (std::size_t i = 0; i < from.getNumChildren(); ++i) {
     const SettingsNode& child = from.child(i);
     Loom::SmartPtr<Loom::Dom::Node> item = Loom::Dom::createNode(kItemElement);
     if (!item) throw std::bad_alloc();
-    item->attributes().set(kKeyAttribute, Utf16(child.key()));
-    if (!child.value().empty()) item->attributes().set(kValueAttribute, Utf16(child.value()));
+    if (XmlCanCarry(child.key())) {
+      // Always written, so that an item with the empty key is still found by its key.
+      item->attributes().set(kKeyAttribute, Utf16(child.key()));
+    } else {
+      SetText(*item, kKeyAttribute, kKeyBytesAttribute, child.key());
+    }
+    SetText(*item, kValueAttribute, kValueBytesAttribute, child.value());
     AppendItems(child, *item);
     to.children().append(std::move(item));
   }
 }
 
 void ReadItems(Loom::Dom::Node& from, SettingsNode& to) {
+  // Items with the same key merge; the index keeps that linear for long lists.
+  std::unordered_map<std::string_view, SettingsNode*> byKey;
   Loom::Dom::ChildVector& children = from.children();
   for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
     Loom::Dom::Node& item = *children[i];
     if (item.getName() != kItemElement) continue;
-    SettingsNode& node = to.ensureChild(Loom::string(Utf8(item.attributes()[kKeyAttribute])));
-    node = Loom::string(Utf8(item.attributes()[kValueAttribute]));
-    ReadItems(item, node);
+    const Loom::string key = GetText(item, kKeyAttribute, kKeyBytesAttribute);
+    const auto found = byKey.find(std::string_view(key));
+    SettingsNode* node = found != byKey.end() ? found->second : nullptr;
+    if (node == nullptr) {
+      node = &to.appendChild(key);
+      byKey.emplace(std::string_view(node->key()), node);  // the node's own copy of the key
+    }
+    *node = GetText(item, kValueAttribute, kValueBytesAttribute);
+    ReadItems(item, *node);
   }
 }
 
@@ -132,8 +213,8 @@ void ReadItems(Loom::Dom::Node& from, SettingsNode& to) {
 Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
   Loom::SmartPtr<Loom::Dom::Node> settings = Loom::Dom::createNode(kSettingsElement);
   if (!settings) return nullptr;
-  if (!root.value().empty()) settings->attributes().set(kValueAttribute, Utf16(root.value()));
   try {
+    SetText(*settings, kValueAttribute, kValueBytesAttribute, root.value());
     AppendItems(root, *settings);
   } catch (const std::bad_alloc&) {
     return nullptr;
@@ -143,7 +224,7 @@ Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
 
 bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target) {
   if (root.getName() != kSettingsElement) return false;
-  target = Loom::string(Utf8(root.attributes()[kValueAttribute]));
+  target = GetText(root, kValueAttribute, kValueBytesAttribute);
   ReadItems(root, target);
   return true;
 }
@@ -223,12 +304,7 @@ bool PersistentSettings::loadSettings() {
 
 bool PersistentSettings::saveSettings() {
   if (!impl_->store) return false;
-  SmartPtr<Dom::Node> root;
-  try {
-    root = refhost::SettingsToDom(impl_->root);
-  } catch (const utf8::exception&) {
-    return false;
-  }
+  const SmartPtr<Dom::Node> root = refhost::SettingsToDom(impl_->root);
   const SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::inMemory());
   if (!root || !document) return false;
   document->setRoot(root);

@@ -5,8 +5,9 @@
 //   <settings value="...">
 //     <item key="TEMPLATE"><item key="TEMPLATE_BUTTON_1" value="Draft"/></item>
 //   </settings>
-// Keys may hold any characters (blanks included); an item without "value" has the empty
-// value; children keep their order. The root's own value is the "value" of <settings>.
+// Keys and values may hold any bytes (blanks included; what XML cannot carry is stored
+// escaped in "key-bytes" / "value-bytes"); an item without a value attribute has the
+// empty value; children keep their order. The root's own value is the "value" of <settings>.
 //
 // mark / keep / revert work on snapshots kept by the tree, keyed by the path of keys from
 // the root to the marked node. So a mark outlives a reload: a branch marked before
@@ -55,6 +56,8 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode* findChild(const Loom::string& key) const;
   // The child with `key`, appended when missing.
   SettingsNode& ensureChild(const Loom::string& key);
+  // A new last child with `key`, for callers that know no child has it.
+  SettingsNode& appendChild(const Loom::string& key);
   // Takes over the value and the children of `other`, which is left empty.
   void replaceContent(SettingsNode& other);
 
@@ -71,8 +74,8 @@ class SettingsNode final : public Loom::Services::PersistentItem {
 };
 
 // The tree under `root` as a settings document element (<settings> with <item>s); null
-// when the host is out of memory. Throws utfcpp's exception on a key or value that is
-// not UTF-8.
+// when the host is out of memory. A key or value that XML cannot carry as it is goes
+// into "key-bytes" / "value-bytes", escaped (refhost/README.md), and reads back exactly.
 Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root);
 
 // Builds the content of a settings document into the empty node `target`. False when

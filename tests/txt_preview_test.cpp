@@ -19,6 +19,17 @@ TEST(LengthLabelTest, FormatsByUnit) {
       {"5", "cm", ""},
       {"5", "MM", ""},
       {"5", "inches", ""},
+      // Only a leading decimal number is read: no NaN, infinity, hex or leading blank.
+      {"NaN", "mm", "0.0 mm"},
+      {"inf", "inch", "0.00\""},
+      {"-infinity", "mm", "0.0 mm"},
+      {"0x1A", "mm", "0.0 mm"},
+      {" 7", "mm", "0.0 mm"},
+      {"+1.5e1x", "mm", "15.0 mm"},
+      {"2e", "mm", "2.0 mm"},
+      {".5.5", "inch", "0.50\""},
+      {"-.", "mm", "0.0 mm"},
+      {"1e999", "mm", "0.0 mm"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(spindle::preview::LengthLabel(row[0], row[1]), row[2]) << row[0] << " " << row[1];
