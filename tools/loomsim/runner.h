@@ -28,7 +28,9 @@ struct RunOptions {
 void RunScenario(ObjectFinder finder, const std::filesystem::path& file, std::string_view text,
                  const RunOptions& options, Report& report);
 
-// Reads and runs every file in order, then prints the summary. True when no check failed.
+// Reads and runs every file in order, each in a child process of its own (a crash ends
+// only that file: it counts as one failure and its temporary tree is removed), then
+// prints the summary. True when no check failed.
 bool RunScenarioFiles(ObjectFinder finder, std::span<const std::filesystem::path> files,
                       const RunOptions& options, std::ostream& out);
 
