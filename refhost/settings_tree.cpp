@@ -190,8 +190,13 @@ void AppendItems(const SettingsNode& from, Loom::Dom::Node& to) {
 }
 
 void ReadItems(Loom::Dom::Node& from, SettingsNode& to) {
-  // Items with the same key merge; the index keeps that linear for long lists.
+  // Items with the same key merge, also with the children an earlier item of the same
+  // key gave `to`; the index keeps that linear for long lists.
   std::unordered_map<std::string_view, SettingsNode*> byKey;
+  for (std::size_t i = 0; i < to.getNumChildren(); ++i) {
+    auto& child = static_cast<SettingsNode&>(to.childAt(i));
+    byKey.emplace(std::string_view(child.key()), &child);
+  }
   Loom::Dom::ChildVector& children = from.children();
   for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
     Loom::Dom::Node& item = *children[i];

@@ -77,12 +77,15 @@ TEST_F(HostileInputTest, WideAndLongDocumentsLoadWhole) {
   std::string items;
   for (int i = 0; i < kSiblings; ++i) items += "<item key=\"" + std::to_string(i) + "\"/>";
   SmartPtr<refhost::MemoryBackingStore> store(new refhost::MemoryBackingStore());
-  ASSERT_TRUE(store->setXml("<settings>" + items + "<item key=\"7\" value=\"last\"/></settings>"));
+  ASSERT_TRUE(store->setXml("<settings>" + items +
+                            "<item key=\"7\" value=\"last\"><item key=\"x\"/></item>"
+                            "<item key=\"7\"><item key=\"x\" value=\"2\"/></item></settings>"));
   PersistentSettings tree;
   tree.setBackingStoreIO(store);
   ASSERT_TRUE(tree.loadSettings());
   EXPECT_EQ(tree.getNumChildren(), static_cast<std::size_t>(kSiblings));
-  EXPECT_EQ(Loom::string(tree.childAt(7)), "last");  // same keys merge, the later wins
+  // Items with the same key merge, the later value winning, also below a merged item.
+  EXPECT_EQ(testing_support::Dump(tree.childAt(7)), "7={x=2}");
 
   refhost::Sheet sheet;
   const std::string longValue(10'000'000, 'v');
