@@ -48,7 +48,7 @@ bench: build
 	$(BUILD)/bin/bench_dispatch
 
 format:
-	find host core settings paper job refhost tools tests bench -name '*.h' -o -name '*.cpp' | xargs clang-format -i
+	find host core settings paper job refhost tools tests bench fuzz -name '*.h' -o -name '*.cpp' | xargs clang-format -i
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

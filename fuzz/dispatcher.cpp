@@ -63,10 +63,10 @@ struct Pages {
 // and 5 through the address in the value, every other object reads kind 1 inline.
 void AddArgument(FuzzedDataProvider& input, const Pages& pages, bool addresses,
                  refhost::Args& args) {
-  const std::uint32_t kind = input.ConsumeBool()
-                                 ? kKinds[input.ConsumeIntegralInRange<std::size_t>(
-                                       0, std::size(kKinds) - 1)]
-                                 : input.ConsumeIntegral<std::uint32_t>();
+  const std::uint32_t kind =
+      input.ConsumeBool()
+          ? kKinds[input.ConsumeIntegralInRange<std::size_t>(0, std::size(kKinds) - 1)]
+          : input.ConsumeIntegral<std::uint32_t>();
   switch (kind) {
     case 1:
       addresses ? args.integerRef(input.ConsumeIntegral<std::int32_t>())
@@ -118,8 +118,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   {
     Pages pages(places);
     for (int call = 0; call < kMaxCalls && input.remaining_bytes() > 0; ++call) {
-      const fuzz::ObjectMethods& row = fuzz::DispatchTable()[input.ConsumeIntegralInRange<
-          std::size_t>(0, fuzz::DispatchTable().size() - 1)];
+      const fuzz::ObjectMethods& row =
+          fuzz::DispatchTable()[input.ConsumeIntegralInRange<std::size_t>(
+              0, fuzz::DispatchTable().size() - 1)];
       const std::string object(row.object);
       const std::string method = MethodName(input, row);
       refhost::Args args;

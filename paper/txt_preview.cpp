@@ -64,8 +64,8 @@ double LeadingDecimal(std::string_view text) {
     if (digits() == 0) end = mantissaEnd;
   }
   double value = 0.0;
-  const auto result = std::from_chars(text.data() + start, text.data() + end, value,
-                                      std::chars_format::general);
+  const auto result =
+      std::from_chars(text.data() + start, text.data() + end, value, std::chars_format::general);
   if (result.ec != std::errc()) return 0.0;
   return negative ? -value : value;
 }

@@ -2,7 +2,6 @@
 #include "refhost/archive.h"
 
 #include <utf8.h>
-
 #include <zip.h>
 
 #include <algorithm>

@@ -18,27 +18,21 @@ struct CodeRange {
 
 // XML 1.0 (fifth edition) NameStartChar; NameChar adds kNameOnlyRanges.
 constexpr std::array kNameStartRanges = {
-    CodeRange{':', ':'},         CodeRange{'A', 'Z'},         CodeRange{'_', '_'},
-    CodeRange{'a', 'z'},         CodeRange{0xC0, 0xD6},       CodeRange{0xD8, 0xF6},
-    CodeRange{0xF8, 0x2FF},      CodeRange{0x370, 0x37D},     CodeRange{0x37F, 0x1FFF},
-    CodeRange{0x200C, 0x200D},   CodeRange{0x2070, 0x218F},   CodeRange{0x2C00, 0x2FEF},
-    CodeRange{0x3001, 0xD7FF},   CodeRange{0xF900, 0xFDCF},   CodeRange{0xFDF0, 0xFFFD},
+    CodeRange{':', ':'},         CodeRange{'A', 'Z'},       CodeRange{'_', '_'},
+    CodeRange{'a', 'z'},         CodeRange{0xC0, 0xD6},     CodeRange{0xD8, 0xF6},
+    CodeRange{0xF8, 0x2FF},      CodeRange{0x370, 0x37D},   CodeRange{0x37F, 0x1FFF},
+    CodeRange{0x200C, 0x200D},   CodeRange{0x2070, 0x218F}, CodeRange{0x2C00, 0x2FEF},
+    CodeRange{0x3001, 0xD7FF},   CodeRange{0xF900, 0xFDCF}, CodeRange{0xFDF0, 0xFFFD},
     CodeRange{0x10000, 0xEFFFF},
 };
 constexpr std::array kNameOnlyRanges = {
-    CodeRange{'-', '.'},
-    CodeRange{'0', '9'},
-    CodeRange{0xB7, 0xB7},
-    CodeRange{0x300, 0x36F},
-    CodeRange{0x203F, 0x2040},
+    CodeRange{'-', '.'},     CodeRange{'0', '9'},       CodeRange{0xB7, 0xB7},
+    CodeRange{0x300, 0x36F}, CodeRange{0x203F, 0x2040},
 };
 // XML 1.0 Char.
 constexpr std::array kCharRanges = {
-    CodeRange{0x9, 0xA},
-    CodeRange{0xD, 0xD},
-    CodeRange{0x20, 0xD7FF},
-    CodeRange{0xE000, 0xFFFD},
-    CodeRange{0x10000, 0x10FFFF},
+    CodeRange{0x9, 0xA},       CodeRange{0xD, 0xD},          CodeRange{0x20, 0xD7FF},
+    CodeRange{0xE000, 0xFFFD}, CodeRange{0x10000, 0x10FFFF},
 };
 
 template <std::size_t N>
@@ -82,8 +76,7 @@ void CheckName(std::u16string_view name, const char* what) {
 void CheckText(std::u16string_view text) {
   ForEachCodePoint(text, [](char32_t c) {
     if (!InRanges(c, kCharRanges)) {
-      throw XmlWriteError("attribute value holds " + CodePointName(c) +
-                          ", which XML cannot carry");
+      throw XmlWriteError("attribute value holds " + CodePointName(c) + ", which XML cannot carry");
     }
     return true;
   });

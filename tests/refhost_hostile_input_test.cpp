@@ -51,15 +51,16 @@ TEST_F(HostileInputTest, NestingBeyondTheLimitIsRefusedByEveryLoader) {
   refhost::Sheet sheet;
   EXPECT_TRUE(sheet.loadDocument(Nested("<box>", "</box>", refhost::kMaxPageDepth), "ok.xul"));
   EXPECT_THROW(
-      try { sheet.loadDocument(Nested("<box>", "</box>", 1'000'000), "deep.xul"); } catch (
-          const refhost::LoadError& fault) {
+      try {
+        sheet.loadDocument(Nested("<box>", "</box>", 1'000'000), "deep.xul");
+      } catch (const refhost::LoadError& fault) {
         EXPECT_STREQ(fault.what(), "deep.xul:1: elements nested deeper than 998 levels");
         throw;
       },
       refhost::LoadError);
   SmartPtr<refhost::MemoryBackingStore> store(new refhost::MemoryBackingStore());
-  EXPECT_FALSE(store->setXml(
-      "<settings>" + Nested("<item key=\"k\">", "</item>", 1'000'000) + "</settings>"));
+  EXPECT_FALSE(store->setXml("<settings>" + Nested("<item key=\"k\">", "</item>", 1'000'000) +
+                             "</settings>"));
 
   // A tree built deeper than a file may be is not written: it would not load again.
   SmartPtr<Loom::Dom::Node> top = Loom::Dom::createNode(u"a");
@@ -89,10 +90,10 @@ TEST_F(HostileInputTest, WideAndLongDocumentsLoadWhole) {
 
   refhost::Sheet sheet;
   const std::string longValue(10'000'000, 'v');
-  SmartPtr<refhost::Document> page = sheet.loadDocument(
-      "<window><textbox id=\"t\" value=\"" + longValue + "\"/>" + Repeat("<box/>", kSiblings) +
-          "</window>",
-      "wide.xul");
+  SmartPtr<refhost::Document> page =
+      sheet.loadDocument("<window><textbox id=\"t\" value=\"" + longValue + "\"/>" +
+                             Repeat("<box/>", kSiblings) + "</window>",
+                         "wide.xul");
   EXPECT_EQ(page->root().childCount(), static_cast<std::size_t>(kSiblings) + 1);
   EXPECT_EQ(page->elementById(u"t")->getAttribute(u"value").size(), longValue.size());
 }
@@ -102,7 +103,9 @@ TEST_F(HostileInputTest, SettingsKeepEveryByteInWellFormedXml) {
   const Loom::File hostFile(refhost::Utf16(file.string()));
   PersistentSettings tree;
   tree = "root\x02";
-  tree["\x01" "ctl"] = "\x1f";
+  tree
+      ["\x01"
+       "ctl"] = "\x1f";
   tree["bad\xff"]["\xef\xbf\xbe"] = "\xef\xbf\xbf";  // U+FFFE, U+FFFF
   tree["50%"] = "a%41\xc3";
   tree["plain <&>"] = "tab\there";
@@ -134,7 +137,8 @@ TEST_F(HostileInputTest, WritersRefuseNamesAndTextXmlCannotCarry) {
   } rows[] = {
       {u"value", u"a\x01", "attribute value holds U+0001, which XML cannot carry"},
       {u"value", u"\xFFFE", "attribute value holds U+FFFE, which XML cannot carry"},
-      {u"value", Loom::wstring(1, u'\xD800'), "attribute value holds U+D800, which XML cannot carry"},
+      {u"value", Loom::wstring(1, u'\xD800'),
+       "attribute value holds U+D800, which XML cannot carry"},
       {u"a b", u"", "attribute name holds U+0020, which an XML name cannot"},
       {u"1st", u"", "attribute name holds U+0031, which an XML name cannot"},
       {u"", u"", "attribute name is empty"},

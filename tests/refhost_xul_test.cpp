@@ -71,8 +71,8 @@ TEST_F(RefhostXulTest, EveryRowOfTheCodeTablesHoldsBothWays) {
 }
 
 TEST(RefhostReadmeTest, ListsEveryRowOfTheCodeTables) {
-  const std::optional<std::string> readme = refhost::ReadWholeFile(
-      std::filesystem::path(SPINDLE_SOURCE_DIR) / "refhost" / "README.md");
+  const std::optional<std::string> readme =
+      refhost::ReadWholeFile(std::filesystem::path(SPINDLE_SOURCE_DIR) / "refhost" / "README.md");
   ASSERT_TRUE(readme.has_value());
   const auto row = [](int code, std::u16string_view name) {
     return "| " + std::to_string(code) + " | `" + refhost::Utf8(name) + "` |";

@@ -136,9 +136,8 @@ class PipeBuffer final : public std::streambuf {
 // removes the file's temporary tree and goes on with the next file. The child's
 // temporary trees are made in a directory of the parent's (TMPDIR), which the parent
 // removes unless the file ran to its end with --keep.
-void RunFileInChild(ObjectFinder finder, const std::filesystem::path& file,
-                    std::string_view text, const RunOptions& options, Report& report,
-                    std::ostream& out) {
+void RunFileInChild(ObjectFinder finder, const std::filesystem::path& file, std::string_view text,
+                    const RunOptions& options, Report& report, std::ostream& out) {
   std::string holder = (std::filesystem::temp_directory_path() / "loomsim-run-XXXXXX").string();
   void* shared = mmap(nullptr, sizeof(FileProgress), PROT_READ | PROT_WRITE,
                       MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -169,22 +168,23 @@ void RunFileInChild(ObjectFinder finder, const std::filesystem::path& file,
   close(fds[1]);
   char chunk[4096];
   for (ssize_t n; (n = read(fds[0], chunk, sizeof chunk)) != 0;) {
-    if (n > 0) out.write(chunk, n);
-    else if (errno != EINTR) break;
+    if (n > 0)
+      out.write(chunk, n);
+    else if (errno != EINTR)
+      break;
   }
   close(fds[0]);
   int status = 0;
   if (child > 0) waitpid(child, &status, 0);
   report.Resume(file.string(), progress->passed, progress->failed);
   if (!progress->finished) {
-    const std::string how = child < 0                ? "could not be started"
-                            : WIFSIGNALED(status)    ? std::string("crashed: ") +
-                                                        strsignal(WTERMSIG(status))
-                                                     : "ended with status " +
-                                                        std::to_string(WEXITSTATUS(status));
-    report.Error(StatementError(0, {}, "the file " + how + " at line " +
-                                           std::to_string(progress->line) +
-                                           "; the rest of it did not run"));
+    const std::string how = child < 0 ? "could not be started"
+                            : WIFSIGNALED(status)
+                                ? std::string("crashed: ") + strsignal(WTERMSIG(status))
+                                : "ended with status " + std::to_string(WEXITSTATUS(status));
+    report.Error(StatementError(0, {},
+                                "the file " + how + " at line " + std::to_string(progress->line) +
+                                    "; the rest of it did not run"));
   }
   if (!progress->finished || !options.keep) {
     std::error_code ignored;
