@@ -286,7 +286,7 @@ TEST_F(RunTest, SetupThatCannotBeDoneStopsTheFile) {
        "      a document cannot own itself, directly or through others\n"},
       {"user file \"missing.xml\"\n",
        "ERROR t.scn:10: user file \"missing.xml\"\n"
-       "      cannot load missing.xml as a settings document\n"},
+       "      cannot load missing.xml as a settings document: cannot read the file\n"},
       // The whole file is read before anything runs.
       {"call obj.abc(int(1))\nprop a = \"1\" b\ncall obj.abc(int(1))\n",
        "ERROR t.scn:11: prop a = \"1\" b\n      expected the end of the statement, found \"b\"\n"},
