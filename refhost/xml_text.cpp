@@ -87,13 +87,23 @@ pugi::xml_node FirstElementFrom(pugi::xml_node node) {
   return node;
 }
 
-// The first element nested deeper than `maxDepth` below (and counting) `root`, or null.
-// Walks by the tree's own links, so any depth is fine.
-pugi::xml_node TooDeep(pugi::xml_node root, int maxDepth) {
+bool TooManyAttributes(pugi::xml_node node) {
+  int count = 0;
+  for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
+    if (++count > kMaxAttributes) return true;
+  }
+  return false;
+}
+
+// The first element nested deeper than `maxDepth` below (and counting) `root`, or with
+// more than kMaxAttributes attributes, or null; `deep` tells which. Walks by the tree's
+// own links, so any depth is fine.
+pugi::xml_node FirstBeyondLimits(pugi::xml_node root, int maxDepth, bool& deep) {
   pugi::xml_node node = root;
   int depth = 1;
   while (true) {
-    if (depth > maxDepth) return node;
+    deep = depth > maxDepth;
+    if (deep || TooManyAttributes(node)) return node;
     if (pugi::xml_node child = FirstElementFrom(node.first_child())) {
       node = child;
       ++depth;
@@ -138,9 +148,12 @@ bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDep
     line = LineAt(xml, result.offset);
     return false;
   }
-  if (const pugi::xml_node deep = TooDeep(document.document_element(), maxDepth)) {
-    error = DepthFault(maxDepth);
-    line = LineAt(xml, deep.offset_debug());
+  bool deep = false;
+  if (const pugi::xml_node beyond =
+          FirstBeyondLimits(document.document_element(), maxDepth, deep)) {
+    error = deep ? DepthFault(maxDepth)
+                 : "an element with more than " + std::to_string(kMaxAttributes) + " attributes";
+    line = LineAt(xml, beyond.offset_debug());
     document.reset();
     return false;
   }

@@ -2,7 +2,8 @@
 // limits a parsed document must keep and the checks a written one must pass, so that the
 // host reads hostile files without crashing and writes only well-formed XML 1.0.
 //
-// Reading: the text must be UTF-8 and its elements may nest at most kMaxXmlDepth levels.
+// Reading: the text must be UTF-8, its elements may nest at most kMaxXmlDepth levels and
+// carry at most kMaxAttributes attributes each.
 // Every tree walk of the host (conversions, copies, serialisation, id indexes, the
 // runner's change reports) recurses over elements, so the limit, not the machine stack,
 // decides how deep a tree can be.
@@ -25,14 +26,18 @@ namespace refhost {
 // in sanitizer builds.
 inline constexpr int kMaxXmlDepth = 1000;
 
+// The host keeps an element's attributes in a list searched by name; a control has a
+// dozen. More than this on one element is hostile, and would make loading quadratic.
+inline constexpr int kMaxAttributes = 10'000;
+
 // Pages are stored inside wrappers (<XUL_DOCS><XUL_DOC>): a page that loads must still
 // read back once stored.
 inline constexpr int kMaxPageDepth = kMaxXmlDepth - 2;
 
 // Parses `xml` into `document` and checks its depth against `maxDepth`. False, with
 // `error` and the 1-based `line` of the fault, for text that is not UTF-8, malformed XML,
-// a document without an element, or elements nested deeper than `maxDepth` ("elements
-// nested deeper than 1000 levels").
+// a document without an element, elements nested deeper than `maxDepth` ("elements
+// nested deeper than 1000 levels"), or an element with too many attributes.
 bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDepth,
                   std::string& error, int& line);
 

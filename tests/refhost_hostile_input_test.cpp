@@ -48,6 +48,11 @@ TEST_F(HostileInputTest, NestingBeyondTheLimitIsRefusedByEveryLoader) {
     EXPECT_EQ(error, "elements nested deeper than 1000 levels");
     EXPECT_EQ(line, 2);
   }
+  std::string attributes;
+  for (int i = 0; i <= refhost::kMaxAttributes; ++i) attributes += " a" + std::to_string(i) + "=''";
+  EXPECT_FALSE(refhost::ParseXml("<r>\n<a" + attributes + "/></r>", &error, &line));
+  EXPECT_EQ(error, "an element with more than 10000 attributes");
+  EXPECT_EQ(line, 2);
   refhost::Sheet sheet;
   EXPECT_TRUE(sheet.loadDocument(Nested("<box>", "</box>", refhost::kMaxPageDepth), "ok.xul"));
   EXPECT_THROW(
