@@ -2,6 +2,9 @@
 # are missing, so `make run` and `make test` work on a fresh machine.
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+# Seconds each fuzz target runs in fuzz-smoke, after its seed corpus.
+FUZZ_SECONDS ?= 60
 JOBS       ?= 2
 GENERATOR  := -G Ninja
 # The Windows build: cross-compiled with MinGW-w64, tested under Wine. Its dependencies
@@ -11,7 +14,8 @@ WIN32_DEPS  := $(WIN32_BUILD)/deps
 WINE_ENV    := WINEPREFIX=$(abspath $(WIN32_BUILD))/wine WINEDEBUG=-all \
                WINEDLLOVERRIDES="mscoree,mshtml=" WINEARCH=win64
 
-.PHONY: deps build run test test-asan bench format clean win32-deps win32 test-win32
+.PHONY: deps build run test test-asan fuzz fuzz-smoke bench format clean win32-deps win32 \
+        test-win32
 
 deps:
 	@scripts/install-deps
@@ -35,6 +39,17 @@ test-asan: deps $(ASAN_BUILD)/build.ninja
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	  ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS)
+
+$(FUZZ_BUILD)/build.ninja: | deps
+	@scripts/install-deps clang
+	cmake -S . -B $(FUZZ_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DCMAKE_CXX_COMPILER=clang++ -DSPINDLE_FUZZ=ON
+
+fuzz: deps $(FUZZ_BUILD)/build.ninja
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+
+fuzz-smoke: fuzz
+	fuzz/smoke $(FUZZ_BUILD)/bin $(FUZZ_SECONDS)
 
 bench: build
 	$(BUILD)/bin/bench_dispatch
@@ -70,7 +85,7 @@ test-win32: win32 $(WIN32_BUILD)/wine/system.reg
 
 format:
 	@scripts/install-deps clang-format
-	find host core settings paper job refhost tools tests bench platform -name '*.h' -o -name '*.cpp' | xargs clang-format -i
+	find host core settings paper job refhost tools tests bench platform fuzz -name '*.h' -o -name '*.cpp' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(WIN32_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(WIN32_BUILD) $(FUZZ_BUILD)

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <charconv>
-#include <cstdlib>
+#include <string_view>
 
 #include "core/elements.h"
 #include "core/text.h"
@@ -37,6 +37,39 @@ constexpr LengthUnit kLengthUnits[] = {
     {"inch", 2, "\""},
 };
 
+// The leading decimal number of `text`: an optional sign, digits with at most one point,
+// and an optional exponent. Anything else ("NaN", "inf", the "x" of "0x1A", a leading
+// blank) ends the number, and text without a digit where it starts gives 0. A number
+// too large for a double gives 0 as well: no length label can show it.
+double LeadingDecimal(std::string_view text) {
+  std::size_t end = 0;
+  const auto digits = [&text, &end] {
+    const std::size_t from = end;
+    while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
+    return end - from;
+  };
+  const bool negative = !text.empty() && text[0] == '-';
+  if (!text.empty() && (text[0] == '-' || text[0] == '+')) ++end;
+  const std::size_t start = end;
+  std::size_t count = digits();
+  if (end < text.size() && text[end] == '.') {
+    ++end;
+    count += digits();
+  }
+  if (count == 0) return 0.0;
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    const std::size_t mantissaEnd = end;
+    ++end;
+    if (end < text.size() && (text[end] == '-' || text[end] == '+')) ++end;
+    if (digits() == 0) end = mantissaEnd;
+  }
+  double value = 0.0;
+  const auto result =
+      std::from_chars(text.data() + start, text.data() + end, value, std::chars_format::general);
+  if (result.ec != std::errc()) return 0.0;
+  return negative ? -value : value;
+}
+
 }  // namespace
 
 std::string LengthLabel(const char* value, std::string_view unit) {
@@ -46,7 +79,7 @@ std::string LengthLabel(const char* value, std::string_view unit) {
     // every finite double at two decimals.
     std::array<char, 400> digits;
     const auto [end, error] =
-        std::to_chars(digits.data(), digits.data() + digits.size(), std::strtod(value, nullptr),
+        std::to_chars(digits.data(), digits.data() + digits.size(), LeadingDecimal(value),
                       std::chars_format::fixed, row.decimals);
     if (error != std::errc()) return std::string();
     return std::string(digits.data(), end) + std::string(row.suffix);

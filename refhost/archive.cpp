@@ -1,6 +1,7 @@
 // Zip archives on libzip, and the settings store on an archive member.
 #include "refhost/archive.h"
 
+#include <utf8.h>
 #include <zip.h>
 
 #include <algorithm>
@@ -107,10 +108,9 @@ std::string ZipBytes(const std::vector<SavedMember>& members, const Loom::File& 
   return bytes;
 }
 
-// The path below `directory` that `member` names, or nothing when it would leave it.
-std::optional<std::filesystem::path> ExtractionTarget(const Loom::wstring& member,
-                                                      const Loom::File& directory) {
-  std::string name = Utf8(member);
+// `name` as a relative path with '/' steps, or nothing when it is empty or would leave
+// the directory it is extracted to (absolute, a drive letter, a ".." step, no file name).
+std::optional<std::filesystem::path> RelativeMemberPath(std::string name) {
   std::replace(name.begin(), name.end(), '\\', '/');
   const std::filesystem::path relative = PathFromUtf8(name);
   const bool driveLetter = name.size() >= 2 && name[1] == ':';
@@ -120,7 +120,35 @@ std::optional<std::filesystem::path> ExtractionTarget(const Loom::wstring& membe
   for (const std::filesystem::path& step : relative) {
     if (step == "..") return std::nullopt;
   }
-  return NativePath(directory) / relative;
+  return relative;
+}
+
+// The path below `directory` that `member` names, or nothing when it would leave it.
+std::optional<std::filesystem::path> ExtractionTarget(const Loom::wstring& member,
+                                                      const Loom::File& directory) {
+  const std::optional<std::filesystem::path> relative = RelativeMemberPath(Utf8(member));
+  if (!relative) return std::nullopt;
+  return NativePath(directory) / *relative;
+}
+
+// Throws ArchiveError for an entry no host should take from an archive: an empty or
+// non-UTF-8 name, a name that would leave the extraction directory, a directory entry
+// with content. True for a (harmless) directory entry, which holds no member.
+bool CheckEntry(const zip_stat_t& stat, const Loom::File& path) {
+  const std::string_view name = stat.name;
+  if (name.empty()) Fail("refusing archive", path, "a member has an empty name");
+  if (!utf8::is_valid(name.begin(), name.end())) {
+    Fail("refusing archive", path, "a member name is not UTF-8");
+  }
+  const bool directory = name.ends_with('/') || name.ends_with('\\');
+  if (directory && stat.size != 0) {
+    Fail("refusing archive", path, "directory entry '" + std::string(name) + "' has content");
+  }
+  if (!RelativeMemberPath(std::string(directory ? name.substr(0, name.size() - 1) : name))) {
+    Fail("refusing archive", path,
+         "member '" + std::string(name) + "' would leave the directory it is extracted to");
+  }
+  return directory;
 }
 
 }  // namespace
@@ -159,9 +187,9 @@ Loom::SmartPtr<ZipArchive> ZipArchive::Open(const Loom::File& path) {
     const auto index = static_cast<zip_uint64_t>(i);
     if (zip_stat_index(zip, index, 0, &stat) != 0)
       Fail("cannot read archive", path, LibzipMessage(zip));
-    const std::string_view name = stat.name;
     // Directory entries carry no data; the members' names hold their folders.
-    if (name.ends_with('/')) continue;
+    if (CheckEntry(stat, path)) continue;
+    const std::string_view name = stat.name;
     archive->members_.push_back(
         {Utf16(name), {stat.size, stat.comp_size}, std::nullopt, index, false});
   }
@@ -308,7 +336,9 @@ bool ArchiveBackingStoreIO::write(Dom::Document* document) {
   if (readOnly_ || !archive_ || document == nullptr) return false;
   const SmartPtr<Dom::Node> root = document->getRoot();
   if (!root) return false;
-  archive_->write(member_, string(refhost::WriteXml(*root)));
+  const std::optional<std::string> xml = refhost::WriteXml(*root);
+  if (!xml) return false;
+  archive_->write(member_, string(*xml));
   return true;
 }
 

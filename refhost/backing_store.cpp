@@ -14,16 +14,12 @@
 namespace refhost {
 namespace {
 
-// The document's root as XML text; nothing when it has no root or holds text that is
-// not valid UTF-16, which no file can carry.
+// The document's root as XML text; nothing when it has no root or holds a name or text
+// that XML cannot carry, which no file can.
 std::optional<std::string> DocumentXml(const Loom::Dom::Document& document) {
   const Loom::SmartPtr<Loom::Dom::Node> root = document.getRoot();
   if (!root) return std::nullopt;
-  try {
-    return WriteXml(*root);
-  } catch (const utf8::exception&) {
-    return std::nullopt;
-  }
+  return WriteXml(*root);
 }
 
 // The file last parsed by a file store and its version (file_io.h): a store asked again

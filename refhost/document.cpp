@@ -6,11 +6,11 @@
 #include <array>
 #include <new>
 #include <pugixml.hpp>
-#include <sstream>
 #include <utility>
 
 #include "refhost/file_io.h"
 #include "refhost/text.h"
+#include "refhost/xml_text.h"
 #include "refhost/xul_codes.h"
 
 namespace refhost {
@@ -74,12 +74,14 @@ Element* FirstWithId(Element& top, std::u16string_view id) {
   return nullptr;
 }
 
-void AppendXml(const Element& element, pugi::xml_node& parent) {
-  pugi::xml_node node = parent.append_child(Utf8(element.tagName()).c_str());
+void AppendXml(const Element& element, pugi::xml_node& parent, int depth) {
+  pugi::xml_node node = AppendCheckedElement(parent, element.tagName(), depth);
   for (const Attribute& attribute : element.attributes()) {
-    node.append_attribute(Utf8(attribute.name).c_str()).set_value(Utf8(attribute.value).c_str());
+    AppendCheckedAttribute(node, attribute.name, attribute.value);
   }
-  for (std::size_t i = 0; i < element.childCount(); ++i) AppendXml(*element.childAt(i), node);
+  for (std::size_t i = 0; i < element.childCount(); ++i) {
+    AppendXml(*element.childAt(i), node, depth + 1);
+  }
 }
 
 }  // namespace
@@ -113,9 +115,11 @@ Loom::SmartPtr<Document> Document::FromXml(std::string_view xml, std::u16string 
     throw LoadError(Utf8(fileName), "invalid UTF-8", LineAt(xml, bad - xml.begin()));
   }
   pugi::xml_document parsed;
-  const pugi::xml_parse_result result =
-      parsed.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
-  if (!result) throw LoadError(Utf8(fileName), result.description(), LineAt(xml, result.offset));
+  std::string error;
+  int line = 0;
+  if (!ParseXmlText(xml, parsed, kMaxPageDepth, error, line)) {
+    throw LoadError(Utf8(fileName), std::move(error), line);
+  }
 
   Loom::SmartPtr<Document> document(new Document(context));
   if (!document) throw std::bad_alloc();
@@ -249,10 +253,8 @@ bool Document::contains(const Element& element) const {
 
 std::string Document::toXml() const {
   pugi::xml_document xml;
-  AppendXml(*root_, xml);
-  std::ostringstream out;
-  xml.save(out, "  ", pugi::format_default, pugi::encoding_utf8);
-  return out.str();
+  AppendXml(*root_, xml, 1);
+  return SaveXmlText(xml);
 }
 
 void Document::setDirectories(std::u16string root, std::u16string user, std::u16string allUsers) {

@@ -90,7 +90,8 @@ class Document final : public Loom::XUL::xXULDocWindows {
   Element* elementById(std::u16string_view id) const;
   // Whether `element` is in this document's tree.
   bool contains(const Element& element) const;
-  // The document as XUL text (UTF-8, indented, with an XML declaration).
+  // The document as XUL text (UTF-8, indented, with an XML declaration). Throws
+  // XmlWriteError for a name or value that XML cannot carry.
   std::string toXml() const;
 
   // Set-up by the sheet.

@@ -1,13 +1,12 @@
 // Stored DOM trees, documents and XML text (pugixml).
 #include "refhost/dom.h"
 
-#include <utf8.h>
-
 #include <algorithm>
 #include <pugixml.hpp>
 
 #include "refhost/file_io.h"
 #include "refhost/text.h"
+#include "refhost/xml_text.h"
 
 namespace refhost {
 
@@ -103,23 +102,18 @@ Loom::SmartPtr<Loom::Dom::Node> FromPugi(const pugi::xml_node& element) {
   return node;
 }
 
-void ToPugi(Loom::Dom::Node& node, pugi::xml_node parent) {
-  pugi::xml_node element = parent.append_child(Utf8(node.getName()).c_str());
+void ToPugi(Loom::Dom::Node& node, pugi::xml_node parent, int depth) {
+  pugi::xml_node element = AppendCheckedElement(parent, node.getName(), depth);
   Loom::Dom::AttributeMap& attributes = node.attributes();
   for (std::size_t i = 0; i < attributes.size(); ++i) {
     const Loom::wstring name = attributes.nameAt(i);
-    element.append_attribute(Utf8(name).c_str()) = Utf8(attributes[name]).c_str();
+    AppendCheckedAttribute(element, name, attributes[name]);
   }
   Loom::Dom::ChildVector& children = node.children();
-  for (std::size_t i = 0; i < children.getNumChildren(); ++i) ToPugi(*children[i], element);
-}
-
-struct StringWriter final : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override {
-    text.append(static_cast<const char*>(data), size);
+  for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
+    ToPugi(*children[i], element, depth + 1);
   }
-  std::string text;
-};
+}
 
 void Report(std::string* error, int* line, std::string message, int at) {
   if (error != nullptr) *error = std::move(message);
@@ -129,18 +123,11 @@ void Report(std::string* error, int* line, std::string message, int at) {
 }  // namespace
 
 Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* error, int* line) {
-  // Checked up front so that a bad byte is a parse error with a line, not an exception
-  // from the UTF-16 conversion of a name or value.
-  const auto invalid = utf8::find_invalid(xml.begin(), xml.end());
-  if (invalid != xml.end()) {
-    Report(error, line, "invalid UTF-8", LineAt(xml, invalid - xml.begin()));
-    return nullptr;
-  }
   pugi::xml_document document;
-  const pugi::xml_parse_result result =
-      document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
-  if (!result) {
-    Report(error, line, result.description(), LineAt(xml, result.offset));
+  std::string fault;
+  int faultLine = 0;
+  if (!ParseXmlText(xml, document, kMaxXmlDepth, fault, faultLine)) {
+    Report(error, line, std::move(fault), faultLine);
     return nullptr;
   }
   Loom::SmartPtr<Loom::Dom::Node> root = FromPugi(document.document_element());
@@ -148,16 +135,19 @@ Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* erro
   return root;
 }
 
-std::string WriteXml(const Loom::Dom::Node& root) {
+std::optional<std::string> WriteXml(const Loom::Dom::Node& root, std::string* error) {
   pugi::xml_document document;
   pugi::xml_node declaration = document.append_child(pugi::node_declaration);
   declaration.append_attribute("version") = "1.0";
   declaration.append_attribute("encoding") = "UTF-8";
-  // The host interface has no const accessors; writing only reads the tree.
-  ToPugi(const_cast<Loom::Dom::Node&>(root), document);
-  StringWriter writer;
-  document.save(writer, "  ", pugi::format_default, pugi::encoding_utf8);
-  return writer.text;
+  try {
+    // The host interface has no const accessors; writing only reads the tree.
+    ToPugi(const_cast<Loom::Dom::Node&>(root), document, 1);
+  } catch (const XmlWriteError& fault) {
+    if (error != nullptr) *error = fault.what();
+    return std::nullopt;
+  }
+  return SaveXmlText(document);
 }
 
 }  // namespace refhost

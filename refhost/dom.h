@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -121,14 +122,15 @@ class DomDocument final : public Loom::Dom::Document {
   HostRef<Loom::Dom::Node> root_;
 };
 
-// Parses `xml` into a new tree. Null on malformed XML or without a document element;
-// then `error` (when given) holds pugixml's description and `line` the 1-based line of
-// the fault.
+// Parses `xml` into a new tree. Null on malformed XML, without a document element, or
+// with elements nested deeper than refhost::kMaxXmlDepth (refhost/xml_text.h); then
+// `error` (when given) holds the description and `line` the 1-based line of the fault.
 Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* error = nullptr,
                                          int* line = nullptr);
 
 // The tree under `root` as UTF-8 XML text with an XML declaration, indented by two
-// blanks per level.
-std::string WriteXml(const Loom::Dom::Node& root);
+// blanks per level. Nothing, with `error` (when given) saying why, for a tree with a name
+// or a value that XML 1.0 cannot carry (refhost/xml_text.h): no part of it is written.
+std::optional<std::string> WriteXml(const Loom::Dom::Node& root, std::string* error = nullptr);
 
 }  // namespace refhost

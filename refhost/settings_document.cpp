@@ -1,11 +1,14 @@
 // A settings tree and its stored document: both directions walk with a work list.
 #include <deque>
+#include <string>
+#include <string_view>
 #include <new>
 #include <utility>
 #include <vector>
 
 #include "refhost/settings_tree.h"
 #include "refhost/text.h"
+#include "refhost/xml_text.h"
 
 namespace refhost {
 namespace {
@@ -14,13 +17,75 @@ constexpr char16_t kSettingsElement[] = u"settings";
 constexpr char16_t kItemElement[] = u"item";
 constexpr char16_t kKeyAttribute[] = u"key";
 constexpr char16_t kValueAttribute[] = u"value";
+// A key or value that XML cannot carry as it is (bytes that are not UTF-8, control
+// characters, U+FFFE, U+FFFF) is stored under these instead, with every byte outside
+// printable ASCII, and '%' itself, written as %XX: the file stays well-formed and the
+// bytes come back exactly.
+constexpr char16_t kKeyBytesAttribute[] = u"key-bytes";
+constexpr char16_t kValueBytesAttribute[] = u"value-bytes";
+constexpr char kEscape = '%';
+
+Loom::wstring EscapeBytes(std::string_view text) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  Loom::wstring escaped;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= ' ' && byte < 0x7F && c != kEscape) {
+      escaped.push_back(byte);
+    } else {
+      escaped += {char16_t(kEscape), char16_t(kHex[byte >> 4]), char16_t(kHex[byte & 0xF])};
+    }
+  }
+  return escaped;
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+// A '%' not followed by two hex digits stands for itself.
+Loom::string UnescapeBytes(const std::string& text) {
+  Loom::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const int high = text[i] == kEscape && i + 2 < text.size() ? HexDigit(text[i + 1]) : -1;
+    const int low = high >= 0 ? HexDigit(text[i + 2]) : -1;
+    if (low >= 0) {
+      bytes.push_back(static_cast<char>(high * 16 + low));
+      i += 2;
+    } else {
+      bytes.push_back(text[i]);
+    }
+  }
+  return bytes;
+}
+
+// An empty value is written as no attribute at all; a key always is written, so that an
+// item with the empty key is still found by its key.
+void SetText(Loom::Dom::Node& node, const char16_t* plain, const char16_t* escaped,
+             const Loom::string& text, bool writeEmpty) {
+  if (text.empty() && !writeEmpty) return;
+  if (XmlCanCarry(text)) {
+    node.attributes().set(plain, Utf16(text));
+  } else {
+    node.attributes().set(escaped, EscapeBytes(text));
+  }
+}
+
+Loom::string GetText(Loom::Dom::Node& node, const char16_t* plain, const char16_t* escaped) {
+  Loom::Dom::AttributeMap& attributes = node.attributes();
+  if (attributes.contains(escaped)) return UnescapeBytes(Utf8(attributes[escaped]));
+  return Loom::string(Utf8(attributes[plain]));
+}
 
 }  // namespace
 
 Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
   Loom::SmartPtr<Loom::Dom::Node> settings = Loom::Dom::createNode(kSettingsElement);
   if (!settings) return nullptr;
-  if (!root.value().empty()) settings->attributes().set(kValueAttribute, Utf16(root.value()));
+  SetText(*settings, kValueAttribute, kValueBytesAttribute, root.value(), false);
   // Each pair's children are appended in order when it is taken, so the order in which
   // the pairs are taken does not matter.
   std::vector<std::pair<const SettingsNode*, Loom::Dom::Node*>> pending{{&root, settings.get()}};
@@ -32,10 +97,8 @@ Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
            child = child->nextSibling()) {
         Loom::SmartPtr<Loom::Dom::Node> item = Loom::Dom::createNode(kItemElement);
         if (!item) throw std::bad_alloc();
-        item->attributes().set(kKeyAttribute, Utf16(child->key()));
-        if (!child->value().empty()) {
-          item->attributes().set(kValueAttribute, Utf16(child->value()));
-        }
+        SetText(*item, kKeyAttribute, kKeyBytesAttribute, child->key(), true);
+        SetText(*item, kValueAttribute, kValueBytesAttribute, child->value(), false);
         pending.emplace_back(child, item.get());
         to->children().append(std::move(item));
       }
@@ -48,7 +111,7 @@ Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
 
 bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target) {
   if (root.getName() != kSettingsElement) return false;
-  target.setValue(Loom::string(Utf8(root.attributes()[kValueAttribute])));
+  target.setValue(GetText(root, kValueAttribute, kValueBytesAttribute));
   // First in, first out: items that merge into one node are read in document order, so
   // the later value wins and merged children keep the order they had in the file.
   std::deque<std::pair<Loom::Dom::Node*, SettingsNode*>> pending{{&root, &target}};
@@ -60,8 +123,8 @@ bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target) {
     for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
       Loom::Dom::Node& item = *children[i];
       if (item.getName() != kItemElement) continue;
-      SettingsNode& node = to->ensureChild(Loom::string(Utf8(item.attributes()[kKeyAttribute])));
-      node.setValue(Loom::string(Utf8(item.attributes()[kValueAttribute])));
+      SettingsNode& node = to->ensureChild(GetText(item, kKeyAttribute, kKeyBytesAttribute));
+      node.setValue(GetText(item, kValueAttribute, kValueBytesAttribute));
       pending.emplace_back(&item, &node);
     }
   }

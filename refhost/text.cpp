@@ -9,12 +9,14 @@ namespace refhost {
 
 std::string Utf8(std::u16string_view text) {
   std::string out;
+  out.reserve(text.size());  // no regrowth for ASCII, which long values mostly are
   utf8::utf16to8(text.begin(), text.end(), std::back_inserter(out));
   return out;
 }
 
 Loom::wstring Utf16(std::string_view text) {
   Loom::wstring out;
+  out.reserve(text.size());  // an upper bound: no UTF-8 sequence gives more units than bytes
   utf8::utf8to16(text.begin(), text.end(), std::back_inserter(out));
   return out;
 }

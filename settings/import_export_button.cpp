@@ -313,6 +313,8 @@ bool xImportExportButton::LoadSettingsForImport(spindle::CallArgs &args) {
   try {
     Loom::Services::Archive::open(Loom::File(chosen));
   } catch (const Loom::Services::ArchiveError &) {
+    // A file that is no archive, or one the host refuses, is not imported later either.
+    importPath_.clear();
     SetError(doc, kImportError, true);
     return true;
   }

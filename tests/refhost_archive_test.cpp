@@ -77,6 +77,29 @@ TEST_F(RefhostArchiveTest, ExtractRefusesNamesThatLeaveTheDirectory) {
   }
 }
 
+TEST_F(RefhostArchiveTest, OpenRefusesEntriesNoHostShouldTake) {
+  const std::pair<const char16_t*, std::string> rows[] = {
+      {u"", "a member has an empty name"},
+      {u"../evil.xml", "member '../evil.xml' would leave the directory it is extracted to"},
+      {u"/etc/x", "member '/etc/x' would leave the directory it is extracted to"},
+      {u"../", "member '../' would leave the directory it is extracted to"},
+      {u"dir/", "directory entry 'dir/' has content"},
+  };
+  for (const auto& [name, why] : rows) {
+    const Loom::File path = HostPath("hostile.zip");
+    auto archive = refhost::ZipArchive::Create(path);
+    archive->write(name, name == std::u16string_view(u"../") ? "" : "x");
+    archive->write(u"ok.xml", "ok");
+    archive->save();
+    try {
+      Archive::open(path);
+      ADD_FAILURE() << "no ArchiveError for " << refhost::Utf8(name);
+    } catch (const ArchiveError& error) {
+      EXPECT_EQ(error.what(), "refusing archive '" + refhost::Utf8(path.path()) + "': " + why);
+    }
+  }
+}
+
 TEST_F(RefhostArchiveTest, ArchiveBackingStoreReadsAndWritesOneMember) {
   using Loom::Services::ArchiveBackingStoreIO;
   auto archive = refhost::ZipArchive::Create(HostPath("ui.zip"));

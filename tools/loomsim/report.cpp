@@ -58,6 +58,13 @@ void Report::Error(const StatementError& error) {
        << "      " << error.reason << '\n';
 }
 
+void Report::Resume(std::string_view file, int passed, int failed) {
+  file_ = file;
+  inComment_ = false;
+  passed_ += passed;
+  failed_ += failed;
+}
+
 void Report::Summary() { out_ << passed_ << " passed, " << failed_ << " failed\n"; }
 
 }  // namespace loomsim

@@ -44,6 +44,9 @@ class Report {
   // A statement that stopped its file; line 0 for the file as a whole.
   void Error(const StatementError& error);
 
+  // Takes over the counts of `file`, which another Report (a child process's) printed.
+  void Resume(std::string_view file, int passed, int failed);
+
   int passed() const { return passed_; }
   int failed() const { return failed_; }
   // "N passed, N failed".

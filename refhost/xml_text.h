@@ -1,0 +1,64 @@
+// XML text in and out of pugixml for every loader and writer of the reference host: the
+// limits a parsed document must keep and the checks a written one must pass, so that the
+// host reads hostile files without crashing and writes only well-formed XML 1.0.
+//
+// Reading: the text must be UTF-8, its elements may nest at most kMaxXmlDepth levels and
+// carry at most kMaxAttributes attributes each.
+// Every tree walk of the host (conversions, copies, serialisation, id indexes, the
+// runner's change reports) recurses over elements, so the limit, not the machine stack,
+// decides how deep a tree can be.
+//
+// Writing: element and attribute names must be XML names, and attribute values may only
+// hold characters XML 1.0 can carry (no C0 control characters other than tab, line feed
+// and carriage return, no U+FFFE or U+FFFF, no lone surrogate). A tree that breaks this is
+// refused whole with XmlWriteError before any byte is written.
+#pragma once
+
+#include <pugixml.hpp>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace refhost {
+
+// Deep enough for any page or settings file a driver ships (they nest a dozen levels or
+// so), shallow enough for every recursive walk to stay far from the stack's end, also
+// in sanitizer builds.
+inline constexpr int kMaxXmlDepth = 1000;
+
+// The host keeps an element's attributes in a list searched by name; a control has a
+// dozen. More than this on one element is hostile, and would make loading quadratic.
+inline constexpr int kMaxAttributes = 10'000;
+
+// Pages are stored inside wrappers (<XUL_DOCS><XUL_DOC>): a page that loads must still
+// read back once stored.
+inline constexpr int kMaxPageDepth = kMaxXmlDepth - 2;
+
+// Parses `xml` into `document` and checks its depth against `maxDepth`. False, with
+// `error` and the 1-based `line` of the fault, for text that is not UTF-8, malformed XML,
+// a document without an element, elements nested deeper than `maxDepth` ("elements
+// nested deeper than 1000 levels"), or an element with too many attributes.
+bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDepth,
+                  std::string& error, int& line);
+
+// A name or text that XML 1.0 cannot carry, found while building a document to write.
+class XmlWriteError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Appends an element at `depth` (1 for the document element) / sets an attribute, after
+// checking the name, the depth and the value; throws XmlWriteError ("attribute value
+// holds U+0001, which XML cannot carry"). A tree deeper than kMaxXmlDepth is refused
+// because it would not load again.
+pugi::xml_node AppendCheckedElement(pugi::xml_node parent, std::u16string_view name, int depth);
+void AppendCheckedAttribute(pugi::xml_node element, std::u16string_view name,
+                            std::u16string_view value);
+
+// True when `text` is UTF-8 of characters XML 1.0 can carry.
+bool XmlCanCarry(std::string_view text);
+
+// The saved text of `document`: declaration, two blanks of indentation per level.
+std::string SaveXmlText(const pugi::xml_document& document);
+
+}  // namespace refhost
