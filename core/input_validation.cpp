@@ -62,7 +62,6 @@ using spindle::ElemPtr;
 using Text = Loom::wstring;
 using CharTest = std::function<bool(char16_t)>;
 
-constexpr std::u16string_view kDigits = u"0123456789";
 constexpr std::u16string_view kDecimalCharacters = u"0123456789.";
 constexpr std::u16string_view kPageNumberCharacters = u"0123456789,-";
 constexpr std::u16string_view kVaultBoxPunctuation = u"!#()*+,-./:;=?@\\^_`{|}~";

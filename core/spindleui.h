@@ -36,9 +36,18 @@ extern "C" SPINDLE_EXPORT SpindleDiagnosticsHook setDiagnosticsHook(SpindleDiagn
 
 // The element with `id` in `doc`, searched as the host's findElement does (so "args"
 // resolves to the document's script-argument element); null for a null document or
-// when nothing is found.
+// when nothing is found. Exported under its plain name like the others, although its
+// types are C++: its callers are C++ and look it up by that name, so clang's warning
+// about a C++ return type under C linkage does not apply.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
 extern "C" SPINDLE_EXPORT Loom::SmartPtr<Loom::XUL::xXULElem> getXULElembyID(
     Loom::wstring id, Loom::SmartPtr<Loom::XUL::xXULDoc> doc);
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
 
 // Replaces the items of the item list `targetId` in `targetDoc` by copies of the items
 // of `sourceId` in `sourceDoc`, except the source's first item.

@@ -1,7 +1,6 @@
 // Marks: journals of undo entries while the marked node is in the tree, snapshots after.
 #include "refhost/settings_marks.h"
 
-#include <ranges>
 #include <unordered_map>
 #include <utility>
 
@@ -72,7 +71,10 @@ void SettingsMarks::revert(SettingsNode& node) {
     return;
   }
   --journaling_;
-  for (Entry& entry : std::views::reverse(mark.journal)) {
+  // Newest first. (Reverse iterators rather than views::reverse, which clang 14 cannot
+  // compile against this standard library.)
+  for (auto it = mark.journal.rbegin(); it != mark.journal.rend(); ++it) {
+    Entry& entry = *it;
     switch (entry.kind) {
       case Entry::Kind::kValue:
         entry.node->setValue(std::move(entry.oldValue));
@@ -154,7 +156,8 @@ std::unique_ptr<SettingsNode> SettingsMarks::stateAtMark(const Mark& mark) {
   std::unordered_map<const SettingsNode*, SettingsNode*> copies;
   std::unordered_map<const SettingsNode*, std::unique_ptr<SettingsNode>> parked;
   std::unique_ptr<SettingsNode> state = mark.node->copy(nullptr, &copies);
-  for (const Entry& entry : std::views::reverse(mark.journal)) {
+  for (auto it = mark.journal.rbegin(); it != mark.journal.rend(); ++it) {
+    const Entry& entry = *it;
     switch (entry.kind) {
       case Entry::Kind::kValue:
         copies.at(entry.node)->value_ = entry.oldValue;
