@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tools/loomsim/library_call.h"
+
 namespace loomsim {
 
 Library::Library(const std::string& path) {
@@ -19,6 +21,11 @@ Library::Library(const std::string& path) {
   findObject_ =
       reinterpret_cast<FindObject>(reinterpret_cast<void*>(GetProcAddress(module, "findObject")));
   if (findObject_ == nullptr) error_ = path + ": no exported findObject";
+  // A library without the hook still runs; its calls just come without reasons.
+  if (auto* setHook = reinterpret_cast<decltype(&setDiagnosticsHook)>(
+          reinterpret_cast<void*>(GetProcAddress(module, "setDiagnosticsHook")))) {
+    setHook(NoteUnmatchedCall);
+  }
 }
 
 Library::~Library() {
