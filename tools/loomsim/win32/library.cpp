@@ -21,11 +21,7 @@ Library::Library(const std::string& path) {
   findObject_ =
       reinterpret_cast<FindObject>(reinterpret_cast<void*>(GetProcAddress(module, "findObject")));
   if (findObject_ == nullptr) error_ = path + ": no exported findObject";
-  // A library without the hook still runs; its calls just come without reasons.
-  if (auto* setHook = reinterpret_cast<decltype(&setDiagnosticsHook)>(
-          reinterpret_cast<void*>(GetProcAddress(module, "setDiagnosticsHook")))) {
-    setHook(NoteUnmatchedCall);
-  }
+  InstallDiagnosticsHook(reinterpret_cast<void*>(GetProcAddress(module, "setDiagnosticsHook")));
 }
 
 Library::~Library() {
