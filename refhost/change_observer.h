@@ -51,7 +51,7 @@ struct Change {
   const Loom::Services::PersistentSettings* settings = nullptr;
   const SettingsNode* setting = nullptr;
   std::string_view oldSetting = {};
-  // For file changes: the file's path on this machine.
+  // For file changes: the file's path on this machine, in UTF-8 (file_io.h).
   std::string_view file = {};
 };
 

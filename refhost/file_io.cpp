@@ -5,8 +5,8 @@
 #include <system_error>
 #include <utility>
 
-#include "refhost/durable_file.h"
 #include "refhost/change_observer.h"
+#include "refhost/durable_file.h"
 #include "refhost/text.h"
 
 namespace refhost {
@@ -59,7 +59,7 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
 
 void ReportFileChange(Change::Kind kind, const std::filesystem::path& path) {
   if (ChangeObserver* observer = StoreObserver()) {
-    observer->onChange(Change{.kind = kind, .file = path.native()});
+    observer->onChange(Change{.kind = kind, .file = Utf8Path(path)});
   }
 }
 

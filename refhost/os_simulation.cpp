@@ -5,6 +5,8 @@
 #include <optional>
 #include <utility>
 
+#include "refhost/local_clock.h"
+
 namespace refhost {
 namespace {
 
@@ -47,9 +49,7 @@ int messageBox(WindowHandle owner, const wstring& text, const wstring& caption, 
 
 LocalTime localTime() {
   if (const std::optional<LocalTime>& fixed = refhost::State().fixedTime) return *fixed;
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&now, &local);
+  const std::tm local = refhost::LocalCalendarTime(std::time(nullptr));
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
           local.tm_hour,        local.tm_min,     local.tm_sec};
 }

@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "host/xul.h"
+#include "refhost/local_clock.h"
 #include "refhost/os_simulation.h"
 #include "support/sheet_test.h"
 
@@ -33,9 +34,7 @@ TEST_F(NicknameMessageTest, IsOwnedByTheSheetWithCaptionErrorAndTheExclamationIc
 
 TEST(HostClockTest, ReadsTheRealLocalTimeUntilFixed) {
   refhost::resetOsSimulation();
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&now, &local);
+  const std::tm local = refhost::LocalCalendarTime(std::time(nullptr));
   EXPECT_EQ(Loom::OS::localTime().year, local.tm_year + 1900);
   refhost::fixClock({2011, 5, 3, 17, 30, 45});
   EXPECT_EQ(Loom::OS::localTime().second, 45);

@@ -116,7 +116,9 @@ TEST_F(HostileInputTest, SettingsKeepEveryByteInWellFormedXml) {
   tree["plain <&>"] = "tab\there";
   tree.setBackingStoreIO(SmartPtr<FileBackingStoreIO>(new FileBackingStoreIO(hostFile, 1, 0)));
   ASSERT_TRUE(tree.saveSettings());
+#ifndef _WIN32  // xmllint is a Linux program; on Windows the exact bytes below must do
   EXPECT_EQ(std::system(("xmllint --noout " + file.string()).c_str()), 0);
+#endif
   EXPECT_EQ(refhost::ReadWholeFile(file),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<settings value-bytes=\"root%02\">\n"

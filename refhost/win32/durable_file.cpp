@@ -1,11 +1,11 @@
 #include "refhost/durable_file.h"
 
-#include "refhost/file_io.h"
-
 #include <windows.h>
 
 #include <algorithm>
 #include <string>
+
+#include "refhost/file_io.h"
 
 namespace refhost {
 namespace {
@@ -49,15 +49,17 @@ bool MoveOver(const std::filesystem::path& temporary, const std::filesystem::pat
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-// Windows has no inode or change time to hand here: the size and the modification time
-// (in the file system's 100 ns ticks) tell the versions apart.
+// Windows has no inode or change time to hand here: the size and the last write time (in
+// the file system's 100 ns ticks) tell the versions apart. Not std::filesystem's
+// last_write_time: MinGW's counts whole seconds, which misses a rewrite of the same size
+// within a second.
 std::optional<FileVersion> VersionOf(const std::filesystem::path& path) {
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (error) return std::nullopt;
-  const auto modified = std::filesystem::last_write_time(path, error).time_since_epoch();
-  if (error) return std::nullopt;
-  const std::int64_t ticks = modified.count();
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
+  const std::uint64_t size = (std::uint64_t(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+  const std::int64_t ticks =
+      std::int64_t((std::uint64_t(data.ftLastWriteTime.dwHighDateTime) << 32) |
+                   data.ftLastWriteTime.dwLowDateTime);
   return FileVersion{0, 0, size, ticks, 0, 0, 0};
 }
 

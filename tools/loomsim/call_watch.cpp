@@ -5,6 +5,7 @@
 
 #include "refhost/document.h"
 #include "refhost/file_dialogs.h"
+#include "refhost/file_io.h"
 #include "refhost/user_registry.h"
 #include "tools/loomsim/element_label.h"
 #include "tools/loomsim/file_dialogs.h"
@@ -60,7 +61,7 @@ void CallWatch::onChange(const refhost::Change& change) {
       break;
     case Kind::kFileWritten:
     case Kind::kFileRemoved:
-      filesWritten_.emplace_back(change.file);
+      filesWritten_.push_back(refhost::PathFromUtf8(change.file));
       break;
     default:
       NoteDocumentChange(change);

@@ -53,7 +53,7 @@ FileSnapshot TakeFileSnapshot(const std::filesystem::path& root,
                               const std::vector<std::filesystem::path>& written) {
   std::vector<std::string> rehash;
   for (const std::filesystem::path& path : written) {
-    rehash.push_back(path.lexically_normal().native());
+    rehash.push_back(refhost::Utf8Path(path.lexically_normal()));
   }
   std::sort(rehash.begin(), rehash.end());
   std::unordered_map<std::string, Known>& known = KnownFiles();
@@ -66,7 +66,7 @@ FileSnapshot TakeFileSnapshot(const std::filesystem::path& root,
     if (!it->is_regular_file(error)) continue;
     const auto version = refhost::VersionOf(it->path());
     if (!version) continue;
-    const std::string path = it->path().lexically_normal().native();
+    const std::string path = refhost::Utf8Path(it->path().lexically_normal());
     Known state{*version, 0};
     const auto before = known.find(path);
     if (before != known.end() && before->second.version == state.version &&

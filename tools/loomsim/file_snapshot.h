@@ -15,6 +15,8 @@ namespace loomsim {
 struct FileState {
   std::uintmax_t size;
   std::uint64_t hash;  // FNV-1a of the content
+
+  bool operator==(const FileState&) const = default;
 };
 
 // Every regular file below `root`, by its path relative to it ('/' between names).

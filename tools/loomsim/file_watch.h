@@ -5,7 +5,8 @@
 // root, so a call after which nothing changed costs no walk of the tree at all. When
 // something did change, or the host reported writing a file, the tree is walked as
 // file_snapshot.h says (status first, content only where it changed). Without inotify
-// (no instance left, a queue that overflowed) every look walks the tree.
+// (no instance left, a queue that overflowed, or on Windows) every look walks the tree.
+// The kernel's part is in posix/file_watch.cpp, its Windows twin in win32/.
 #pragma once
 
 #include <filesystem>

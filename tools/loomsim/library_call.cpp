@@ -38,6 +38,11 @@ void NoteUnmatchedCall(const SpindleUnmatchedCall* call) {
   if (g_unmatched != nullptr) *g_unmatched = call->reason;
 }
 
+void InstallDiagnosticsHook(void* setHook) {
+  if (setHook != nullptr)
+    reinterpret_cast<decltype(&setDiagnosticsHook)>(setHook)(NoteUnmatchedCall);
+}
+
 CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const std::string& method,
                         refhost::Args& args) {
   CallOutcome outcome;

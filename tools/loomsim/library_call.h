@@ -32,6 +32,11 @@ struct CallOutcome {
 // progress.
 void NoteUnmatchedCall(const SpindleUnmatchedCall* call);
 
+// Gives NoteUnmatchedCall to a loaded library through `setHook`, its exported
+// setDiagnosticsHook as the loader found it. A library without the hook (null) still
+// runs; its calls just come without reasons.
+void InstallDiagnosticsHook(void* setHook);
+
 // findObject(`object`), then call(`method`, `args`) when the object exists. Calls may
 // nest (a call the library makes back through the script environment).
 CallOutcome CallLibrary(ObjectFinder finder, const std::string& object, const std::string& method,

@@ -40,9 +40,10 @@ struct LoadedLibrary {
 using LibraryLoader = std::function<LoadedLibrary()>;
 
 // Reads and runs every file in order, each on the library as `load` gives it afresh, so
-// no object's state carries from one file to the next, and each in a child process of
-// its own (a crash ends only that file: it counts as one failure and its temporary tree
-// is removed); then prints the summary. True when no check failed.
+// no object's state carries from one file to the next, and each in a process of its own
+// where the platform allows (file_process.h: a crash ends only that file, it counts as
+// one failure and its temporary tree is removed); then prints the summary. True when no
+// check failed.
 bool RunScenarioFiles(const LibraryLoader& load, std::span<const std::filesystem::path> files,
                       const RunOptions& options, std::ostream& out);
 

@@ -56,7 +56,7 @@ std::optional<bool> ZipHasMember(const std::filesystem::path& path, const std::s
 std::optional<std::string> ZipMemberBytes(const std::filesystem::path& path,
                                           const std::string& member, std::string& error) {
   int code = 0;
-  zip_t* archive = zip_open(path.c_str(), ZIP_RDONLY, &code);
+  zip_t* archive = zip_open(refhost::Utf8Path(path).c_str(), ZIP_RDONLY, &code);
   if (archive == nullptr) {
     error = OpenError(code);
     return std::nullopt;

@@ -14,11 +14,7 @@ Library::Library(const std::string& path) {
   }
   findObject_ = reinterpret_cast<FindObject>(dlsym(handle_, "findObject"));
   if (findObject_ == nullptr) error_ = path + ": no exported findObject";
-  // A library without the hook still runs; its calls just come without reasons.
-  if (auto* setHook =
-          reinterpret_cast<decltype(&setDiagnosticsHook)>(dlsym(handle_, "setDiagnosticsHook"))) {
-    setHook(NoteUnmatchedCall);
-  }
+  InstallDiagnosticsHook(dlsym(handle_, "setDiagnosticsHook"));
 }
 
 Library::~Library() {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tools/loomsim/library_call.h"
+
 namespace loomsim {
 
 Library::Library(const std::string& path) {
@@ -19,6 +21,7 @@ Library::Library(const std::string& path) {
   findObject_ =
       reinterpret_cast<FindObject>(reinterpret_cast<void*>(GetProcAddress(module, "findObject")));
   if (findObject_ == nullptr) error_ = path + ": no exported findObject";
+  InstallDiagnosticsHook(reinterpret_cast<void*>(GetProcAddress(module, "setDiagnosticsHook")));
 }
 
 Library::~Library() {

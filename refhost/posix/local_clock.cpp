@@ -1,0 +1,11 @@
+#include "refhost/local_clock.h"
+
+namespace refhost {
+
+std::tm LocalCalendarTime(std::time_t when) {
+  std::tm local{};
+  localtime_r(&when, &local);
+  return local;
+}
+
+}  // namespace refhost
