@@ -325,7 +325,7 @@ ArchiveBackingStoreIO::~ArchiveBackingStoreIO() = default;
 
 SmartPtr<Dom::Document> ArchiveBackingStoreIO::read() {
   if (!archive_ || !archive_->exists(member_)) return nullptr;
-  SmartPtr<Dom::Node> root = refhost::ParseXml(std::string_view(archive_->read(member_)));
+  SmartPtr<Dom::Node> root = refhost::ParseXml(std::string(archive_->read(member_)));
   SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::inMemory());
   if (!root || !document) return nullptr;
   document->setRoot(std::move(root));

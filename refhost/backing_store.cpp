@@ -45,7 +45,7 @@ bool MemoryBackingStore::write(Loom::Dom::Document* document) {
 }
 
 bool MemoryBackingStore::setXml(std::string_view xml) {
-  Loom::SmartPtr<Loom::Dom::Node> root = ParseXml(xml);
+  Loom::SmartPtr<Loom::Dom::Node> root = ParseXml(std::string(xml));
   Loom::SmartPtr<Loom::Dom::Document> document =
       Loom::Dom::Document::create(Loom::FileStore::inMemory());
   if (!root || !document) return false;
@@ -87,9 +87,9 @@ SmartPtr<Dom::Document> FileBackingStoreIO::read() {
   if (version && last.document && last.path == path && last.version == *version) {
     return last.document.share();
   }
-  const std::optional<std::string> bytes = refhost::ReadWholeFile(path);
+  std::optional<std::string> bytes = refhost::ReadWholeFile(path);
   if (!bytes) return nullptr;
-  SmartPtr<Dom::Node> root = refhost::ParseXml(*bytes);
+  SmartPtr<Dom::Node> root = refhost::ParseXml(std::move(*bytes));
   SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::onFile(path_));
   if (!root || !document) return nullptr;
   document->setRoot(std::move(root));

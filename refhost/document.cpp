@@ -107,17 +107,12 @@ Document::~Document() {
   anchor_->document = nullptr;
 }
 
-Loom::SmartPtr<Document> Document::FromXml(std::string_view xml, std::u16string fileName,
+Loom::SmartPtr<Document> Document::FromXml(std::string xml, std::u16string fileName,
                                            const DocumentContext& context) {
-  // pugixml passes bad bytes through; found here they get a line, instead of failing
-  // later in the UTF-16 conversion of whichever name or value holds them.
-  if (const auto bad = utf8::find_invalid(xml.begin(), xml.end()); bad != xml.end()) {
-    throw LoadError(Utf8(fileName), "invalid UTF-8", LineAt(xml, bad - xml.begin()));
-  }
   pugi::xml_document parsed;
   std::string error;
   int line = 0;
-  if (!ParseXmlText(xml, parsed, kMaxPageDepth, error, line)) {
+  if (!ParseXmlText(std::move(xml), parsed, kMaxPageDepth, error, line)) {
     throw LoadError(Utf8(fileName), std::move(error), line);
   }
 
@@ -133,9 +128,9 @@ Loom::SmartPtr<Document> Document::FromXml(std::string_view xml, std::u16string 
 
 Loom::SmartPtr<Document> Document::FromFile(const std::filesystem::path& path,
                                             const DocumentContext& context) {
-  const std::optional<std::string> text = ReadWholeFile(path);
+  std::optional<std::string> text = ReadWholeFile(path);
   if (!text) throw LoadError(path.string(), "cannot read the file", 0);
-  return FromXml(*text, path.filename().u16string(), context);
+  return FromXml(std::move(*text), path.filename().u16string(), context);
 }
 
 Loom::SmartPtr<Loom::XUL::xXULElem> Document::getElementById(const Loom::wstring& id) const {

@@ -49,9 +49,10 @@ struct DocumentContext {
 
 class Document final : public Loom::XUL::xXULDocWindows {
  public:
-  // Loads XUL text; `fileName` is the page's file name ("basic.xul"). Throws LoadError
-  // on text that is not well-formed XML or has no root element.
-  static Loom::SmartPtr<Document> FromXml(std::string_view xml, std::u16string fileName,
+  // Loads XUL text (taken, and freed once parsed); `fileName` is the page's file name
+  // ("basic.xul"). Throws LoadError on text that is not well-formed XML, has no root
+  // element or is beyond the limits of refhost/xml_text.h.
+  static Loom::SmartPtr<Document> FromXml(std::string xml, std::u16string fileName,
                                           const DocumentContext& context);
   // Loads a XUL file; the file name is the last part of `path`. Throws LoadError.
   static Loom::SmartPtr<Document> FromFile(const std::filesystem::path& path,

@@ -122,11 +122,11 @@ void Report(std::string* error, int* line, std::string message, int at) {
 
 }  // namespace
 
-Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* error, int* line) {
+Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string xml, std::string* error, int* line) {
   pugi::xml_document document;
   std::string fault;
   int faultLine = 0;
-  if (!ParseXmlText(xml, document, kMaxXmlDepth, fault, faultLine)) {
+  if (!ParseXmlText(std::move(xml), document, kMaxXmlDepth, fault, faultLine)) {
     Report(error, line, std::move(fault), faultLine);
     return nullptr;
   }
@@ -184,8 +184,8 @@ DomXmlParser::~DomXmlParser() = default;
 
 bool DomXmlParser::parse(const File& path) {
   root_.reset();
-  const std::optional<std::string> bytes = refhost::ReadWholeFile(refhost::NativePath(path));
-  if (bytes) root_ = refhost::ParseXml(*bytes);
+  std::optional<std::string> bytes = refhost::ReadWholeFile(refhost::NativePath(path));
+  if (bytes) root_ = refhost::ParseXml(std::move(*bytes));
   return static_cast<bool>(root_);
 }
 

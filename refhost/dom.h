@@ -122,10 +122,10 @@ class DomDocument final : public Loom::Dom::Document {
   HostRef<Loom::Dom::Node> root_;
 };
 
-// Parses `xml` into a new tree. Null on malformed XML, without a document element, or
-// with elements nested deeper than refhost::kMaxXmlDepth (refhost/xml_text.h); then
+// Parses `xml` (taken, and freed once parsed) into a new tree. Null on malformed XML,
+// without a document element, or beyond the limits of refhost/xml_text.h; then
 // `error` (when given) holds the description and `line` the 1-based line of the fault.
-Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string_view xml, std::string* error = nullptr,
+Loom::SmartPtr<Loom::Dom::Node> ParseXml(std::string xml, std::string* error = nullptr,
                                          int* line = nullptr);
 
 // The tree under `root` as UTF-8 XML text with an XML declaration, indented by two

@@ -27,9 +27,8 @@ Sheet::~Sheet() {
   if (observer_ != nullptr && StoreObserver() == observer_) SetStoreObserver(nullptr);
 }
 
-Loom::SmartPtr<Document> Sheet::loadDocument(std::string_view xml, std::string fileName) {
-  return keep(
-      Document::FromXml(xml, std::u16string(std::u16string_view(Utf16(fileName))), context()));
+Loom::SmartPtr<Document> Sheet::loadDocument(std::string xml, std::string fileName) {
+  return keep(Document::FromXml(std::move(xml), std::u16string(std::u16string_view(Utf16(fileName))), context()));
 }
 
 Loom::SmartPtr<Document> Sheet::loadDocumentFile(const std::filesystem::path& path) {

@@ -35,7 +35,7 @@ class Sheet {
 
   // Loads a page from XUL text under the file name `fileName` ("basic.xul"), or from a
   // file. Throws LoadError when the text is not well-formed or the file cannot be read.
-  Loom::SmartPtr<Document> loadDocument(std::string_view xml, std::string fileName);
+  Loom::SmartPtr<Document> loadDocument(std::string xml, std::string fileName);
   Loom::SmartPtr<Document> loadDocumentFile(const std::filesystem::path& path);
   // The documents in the order they were loaded.
   std::vector<Document*> documents() const;

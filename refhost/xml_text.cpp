@@ -82,44 +82,68 @@ void CheckText(std::u16string_view text) {
   });
 }
 
-pugi::xml_node FirstElementFrom(pugi::xml_node node) {
-  while (node && node.type() != pugi::node_element) node = node.next_sibling();
-  return node;
-}
-
-bool TooManyAttributes(pugi::xml_node node) {
-  int count = 0;
-  for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
-    if (++count > kMaxAttributes) return true;
-  }
-  return false;
-}
-
-// The first element nested deeper than `maxDepth` below (and counting) `root`, or with
-// more than kMaxAttributes attributes, or null; `deep` tells which. Walks by the tree's
-// own links, so any depth is fine.
-pugi::xml_node FirstBeyondLimits(pugi::xml_node root, int maxDepth, bool& deep) {
-  pugi::xml_node node = root;
-  int depth = 1;
-  while (true) {
-    deep = depth > maxDepth;
-    if (deep || TooManyAttributes(node)) return node;
-    if (pugi::xml_node child = FirstElementFrom(node.first_child())) {
-      node = child;
-      ++depth;
-      continue;
-    }
-    while (node != root && !FirstElementFrom(node.next_sibling())) {
-      node = node.parent();
-      --depth;
-    }
-    if (node == root) return pugi::xml_node();
-    node = FirstElementFrom(node.next_sibling());
-  }
-}
-
 std::string DepthFault(int maxDepth) {
   return "elements nested deeper than " + std::to_string(maxDepth) + " levels";
+}
+
+// Where `text` continues after the next `terminator` at or after `from` (the end when
+// there is none: the parser then reports the unterminated construct).
+std::size_t After(std::string_view text, std::size_t from, std::string_view terminator) {
+  const std::size_t at = text.find(terminator, from);
+  return at == std::string_view::npos ? text.size() : at + terminator.size();
+}
+
+// The first start tag of `xml` beyond the limits, read from the text itself so that a
+// hostile document is refused before the parser builds a node for each of its elements.
+// In well-formed XML a '<' outside comments, CDATA sections and processing instructions
+// starts a tag, and inside a tag a '=' outside quotes follows an attribute's name; text
+// that is not well-formed may be counted wrongly here, but the parser refuses it anyway.
+struct Beyond {
+  std::size_t offset = std::string_view::npos;
+  std::string fault;
+};
+
+Beyond FirstBeyondLimits(std::string_view xml, int maxDepth) {
+  std::size_t elements = 0;
+  int depth = 0;
+  std::size_t at = 0;
+  while ((at = xml.find('<', at)) != std::string_view::npos) {
+    const std::string_view rest = xml.substr(at);
+    if (rest.starts_with("<!--")) {
+      at = After(xml, at + 4, "-->");
+    } else if (rest.starts_with("<![CDATA[")) {
+      at = After(xml, at + 9, "]]>");
+    } else if (rest.starts_with("<?")) {
+      at = After(xml, at + 2, "?>");
+    } else if (rest.starts_with("</")) {
+      --depth;
+      at = After(xml, at + 2, ">");
+    } else if (rest.starts_with("<!")) {
+      at += 2;  // a declaration: what it holds starts with "<!" or "<?" again
+    } else {
+      const std::size_t tag = at;
+      int attributes = 0;
+      for (++at; at < xml.size() && xml[at] != '>'; ++at) {
+        if (xml[at] == '"' || xml[at] == '\'') {
+          at = std::min(xml.find(xml[at], at + 1), xml.size() - 1);
+        } else if (xml[at] == '=') {
+          ++attributes;
+        }
+      }
+      const bool empty = at < xml.size() && xml[at - 1] == '/';
+      if (++elements > kMaxXmlElements) {
+        return {tag, "more than " + std::to_string(kMaxXmlElements) + " elements"};
+      }
+      if (attributes > kMaxAttributes) {
+        return {tag, "an element with more than " + std::to_string(kMaxAttributes) +
+                         " attributes"};
+      }
+      if (!empty && ++depth > maxDepth) {
+        return {tag, DepthFault(maxDepth)};
+      }
+    }
+  }
+  return {};
 }
 
 struct StringWriter final : pugi::xml_writer {
@@ -131,7 +155,7 @@ struct StringWriter final : pugi::xml_writer {
 
 }  // namespace
 
-bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDepth,
+bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth,
                   std::string& error, int& line) {
   // Checked up front so that a bad byte is a parse error with a line, not an exception
   // from the UTF-16 conversion of a name or value.
@@ -141,6 +165,11 @@ bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDep
     line = LineAt(xml, invalid - xml.begin());
     return false;
   }
+  if (Beyond beyond = FirstBeyondLimits(xml, maxDepth); !beyond.fault.empty()) {
+    error = std::move(beyond.fault);
+    line = LineAt(xml, static_cast<std::ptrdiff_t>(beyond.offset));
+    return false;
+  }
   const pugi::xml_parse_result result =
       document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
   if (!result) {
@@ -148,16 +177,12 @@ bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDep
     line = LineAt(xml, result.offset);
     return false;
   }
-  bool deep = false;
-  if (const pugi::xml_node beyond =
-          FirstBeyondLimits(document.document_element(), maxDepth, deep)) {
-    error = deep ? DepthFault(maxDepth)
-                 : "an element with more than " + std::to_string(kMaxAttributes) + " attributes";
-    line = LineAt(xml, beyond.offset_debug());
-    document.reset();
-    return false;
-  }
   return true;
+}
+
+bool IsReadableXml(std::string xml, int maxDepth, std::string& error, int& line) {
+  pugi::xml_document parsed;
+  return ParseXmlText(std::move(xml), parsed, maxDepth, error, line);
 }
 
 bool XmlCanCarry(std::string_view text) {

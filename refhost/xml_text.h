@@ -2,11 +2,12 @@
 // limits a parsed document must keep and the checks a written one must pass, so that the
 // host reads hostile files without crashing and writes only well-formed XML 1.0.
 //
-// Reading: the text must be UTF-8, its elements may nest at most kMaxXmlDepth levels and
-// carry at most kMaxAttributes attributes each.
-// Every tree walk of the host (conversions, copies, serialisation, id indexes, the
-// runner's change reports) recurses over elements, so the limit, not the machine stack,
-// decides how deep a tree can be.
+// Reading: the text must be UTF-8, hold at most kMaxXmlElements elements, nest them at
+// most kMaxXmlDepth levels and give each at most kMaxAttributes attributes. The limits are
+// checked on the text before the parser builds anything, so a hostile file costs no more
+// memory than its own bytes before it is refused; a document within them costs memory in
+// proportion to its size. The host's walks of element trees recurse over elements, so the
+// depth limit, not the machine stack, decides how deep a tree can be.
 //
 // Writing: element and attribute names must be XML names, and attribute values may only
 // hold characters XML 1.0 can carry (no C0 control characters other than tab, line feed
@@ -30,16 +31,27 @@ inline constexpr int kMaxXmlDepth = 1000;
 // dozen. More than this on one element is hostile, and would make loading quadratic.
 inline constexpr int kMaxAttributes = 10'000;
 
+// A driver's page holds a few thousand elements and its settings file a few thousand
+// keys; far more is hostile. Each element costs a parser node and a host node (a few
+// hundred bytes), so this bounds what any one document can take.
+inline constexpr int kMaxXmlElements = 250'000;
+
 // Pages are stored inside wrappers (<XUL_DOCS><XUL_DOC>): a page that loads must still
 // read back once stored.
 inline constexpr int kMaxPageDepth = kMaxXmlDepth - 2;
 
-// Parses `xml` into `document` and checks its depth against `maxDepth`. False, with
-// `error` and the 1-based `line` of the fault, for text that is not UTF-8, malformed XML,
-// a document without an element, elements nested deeper than `maxDepth` ("elements
-// nested deeper than 1000 levels"), or an element with too many attributes.
-bool ParseXmlText(std::string_view xml, pugi::xml_document& document, int maxDepth,
+// Parses `xml` into `document`, which keeps a copy: the text is taken, and freed once
+// parsed, so that the caller can build its own tree from `document` without holding
+// both. False, with `error` and the 1-based `line` of the fault, for text that is not
+// UTF-8, malformed XML, a document without an element, or one beyond the limits ("more
+// than 250000 elements", "elements nested deeper than 1000 levels", "an element with
+// more than 10000 attributes").
+bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth,
                   std::string& error, int& line);
+
+// Whether `xml` (taken) is a document the host reads, as ParseXmlText tells, without
+// keeping the parsed tree: for tools that check text before handing it on.
+bool IsReadableXml(std::string xml, int maxDepth, std::string& error, int& line);
 
 // A name or text that XML 1.0 cannot carry, found while building a document to write.
 class XmlWriteError : public std::runtime_error {

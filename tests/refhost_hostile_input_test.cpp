@@ -55,6 +55,10 @@ TEST_F(HostileInputTest, NestingBeyondTheLimitIsRefusedByEveryLoader) {
   EXPECT_EQ(line, 2);
   refhost::Sheet sheet;
   EXPECT_TRUE(sheet.loadDocument(Nested("<box>", "</box>", refhost::kMaxPageDepth), "ok.xul"));
+  EXPECT_THROW(sheet.loadDocument("<window>\n" + Repeat("<box/>", refhost::kMaxXmlElements) +
+                                      "</window>",
+                                  "wide.xul"),
+               refhost::LoadError);
   EXPECT_THROW(
       try {
         sheet.loadDocument(Nested("<box>", "</box>", 1'000'000), "deep.xul");
@@ -76,6 +80,32 @@ TEST_F(HostileInputTest, NestingBeyondTheLimitIsRefusedByEveryLoader) {
   }
   EXPECT_FALSE(refhost::WriteXml(*top, &error));
   EXPECT_EQ(error, "elements nested deeper than 1000 levels");
+}
+
+// The limits are read from the text before parsing: what looks like tags inside quotes,
+// comments, CDATA sections and processing instructions is not counted, and an element
+// whose attribute value ends in "/" is not taken for an empty one.
+TEST_F(HostileInputTest, LimitsCountOnlyRealTags) {
+  const std::string markup = "<!-- <a><a> --><![CDATA[<a><a>]]><?pi <a><a>?>";
+  const std::string top = "<r q='\">' p=\"/\">\n" + markup;
+  const struct {
+    std::string xml;
+    std::string error;
+    int line;
+  } cases[] = {
+      {top + Nested("<a>", "</a>", refhost::kMaxXmlDepth - 1) + "</r>", "", 0},
+      {top + Nested("<a>", "</a>", refhost::kMaxXmlDepth) + "</r>",
+       "elements nested deeper than 1000 levels", 2},
+      {top + Repeat("<a x='<b/>'/>", refhost::kMaxXmlElements - 1) + "</r>", "", 0},
+      {top + Repeat("<a/>", refhost::kMaxXmlElements) + "</r>", "more than 250000 elements", 2},
+  };
+  for (const auto& c : cases) {
+    std::string error;
+    int line = 0;
+    EXPECT_EQ(refhost::IsReadableXml(c.xml, refhost::kMaxXmlDepth, error, line), c.error.empty());
+    EXPECT_EQ(error, c.error);
+    EXPECT_EQ(line, c.line);
+  }
 }
 
 TEST_F(HostileInputTest, WideAndLongDocumentsLoadWhole) {

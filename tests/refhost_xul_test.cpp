@@ -207,7 +207,7 @@ TEST_F(RefhostXulTest, BadXulReportsParserMessageAndLine) {
   };
   for (const auto& [xml, message, line] : cases) {
     try {
-      sheet_.loadDocument(xml, "bad.xul");
+      sheet_.loadDocument(std::string(xml), "bad.xul");
       ADD_FAILURE() << "loaded: " << xml;
     } catch (const refhost::LoadError& error) {
       EXPECT_EQ(error.message(), message);

@@ -39,7 +39,7 @@ std::u16string Wide(const std::string& text) {
 void Load(Scenario& scenario, const std::string& name, std::string_view xml, int firstLine) {
   try {
     Loom::SmartPtr<refhost::Document> document =
-        scenario.sheet().loadDocument(xml, name + std::string(kPageExtension));
+        scenario.sheet().loadDocument(std::string(xml), name + std::string(kPageExtension));
     scenario.AddDocument(name, *document);
   } catch (const refhost::LoadError& error) {
     throw SetupError{"bad XUL at line " + std::to_string(firstLine + error.line() - 1) + ": " +
@@ -49,10 +49,10 @@ void Load(Scenario& scenario, const std::string& name, std::string_view xml, int
 
 void LoadFile(Scenario& scenario, const std::string& name, const std::string& path) {
   const std::filesystem::path file = scenario.directory() / path;
-  const std::string xml = ReadSourceFile(file);
+  std::string xml = ReadSourceFile(file);
   try {
     Loom::SmartPtr<refhost::Document> document =
-        scenario.sheet().loadDocument(xml, file.filename().string());
+        scenario.sheet().loadDocument(std::move(xml), file.filename().string());
     scenario.AddDocument(name, *document);
   } catch (const refhost::LoadError& error) {
     throw SetupError{"bad XUL in " + file.string() + " at line " + std::to_string(error.line()) +

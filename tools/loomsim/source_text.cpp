@@ -6,8 +6,8 @@
 #include <optional>
 #include <system_error>
 
-#include "refhost/dom.h"
 #include "refhost/file_io.h"
+#include "refhost/xml_text.h"
 #include "tools/loomsim/scenario.h"
 
 namespace loomsim {
@@ -30,7 +30,7 @@ std::string ReadSourceFile(const std::filesystem::path& file) {
 void RequireWellFormedXml(std::string_view xml, const std::string& source, int firstLine) {
   std::string message;
   int line = 0;
-  if (refhost::ParseXml(xml, &message, &line)) return;
+  if (refhost::IsReadableXml(std::string(xml), refhost::kMaxXmlDepth, message, line)) return;
   throw SetupError{source + " is no XML at line " + std::to_string(firstLine + line - 1) + ": " +
                    message};
 }
