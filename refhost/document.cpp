@@ -77,7 +77,7 @@ Element* FirstWithId(Element& top, std::u16string_view id) {
 void AppendXml(const Element& element, pugi::xml_node& parent, int depth) {
   pugi::xml_node node = AppendCheckedElement(parent, element.tagName(), depth);
   for (const Attribute& attribute : element.attributes()) {
-    AppendCheckedAttribute(node, attribute.name, attribute.value);
+    AppendCheckedAttribute(node, attribute.name(), attribute.value());
   }
   for (std::size_t i = 0; i < element.childCount(); ++i) {
     AppendXml(*element.childAt(i), node, depth + 1);

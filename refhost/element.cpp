@@ -68,6 +68,12 @@ const ElementTag& DocumentAnchor::tag(std::u16string_view name) {
   return *it;
 }
 
+const std::u16string& DocumentAnchor::name(std::u16string_view attributeName) {
+  auto it = names_.find(attributeName);
+  if (it == names_.end()) it = names_.emplace(attributeName).first;
+  return *it;
+}
+
 Element::Element(std::u16string_view tag, DocumentAnchor& anchor)
     : tag_(&anchor.tag(tag)), anchor_(&anchor) {}
 
@@ -184,26 +190,26 @@ int Element::getRadioGroupItemWithValue(const Loom::wstring& value) const {
 
 const std::u16string* Element::findAttribute(std::u16string_view name) const {
   auto it = std::find_if(attributes_.begin(), attributes_.end(),
-                         [name](const Attribute& a) { return a.name == name; });
-  return it == attributes_.end() ? nullptr : &it->value;
+                         [name](const Attribute& a) { return a.name() == name; });
+  return it == attributes_.end() ? nullptr : &it->value_;
 }
 
 std::vector<Attribute>::iterator Element::attributeNamed(std::u16string_view name) {
   return std::find_if(attributes_.begin(), attributes_.end(),
-                      [name](const Attribute& a) { return a.name == name; });
+                      [name](const Attribute& a) { return a.name() == name; });
 }
 
 void Element::setAttributeValue(std::u16string_view name, std::u16string_view value) {
   auto it = attributeNamed(name);
-  if (it != attributes_.end() && it->value == value) return;
+  if (it != attributes_.end() && it->value_ == value) return;
   rememberLoadedAttributes();
   std::optional<std::u16string> before;
   const std::u16string* after = nullptr;
   if (it == attributes_.end()) {
-    after = &attributes_.emplace_back(Attribute{std::u16string(name), std::u16string(value)}).value;
+    after = &attributes_.emplace_back(anchor_->name(name), std::u16string(value)).value_;
   } else {
-    before = std::exchange(it->value, std::u16string(value));
-    after = &it->value;
+    before = std::exchange(it->value_, std::u16string(value));
+    after = &it->value_;
   }
   if (Document* doc = document())
     doc->attributeChanged(*this, name, before ? &*before : nullptr, after);
@@ -216,7 +222,7 @@ void Element::eraseAttribute(std::u16string_view name) {
   const Attribute removed = std::move(*it);
   attributes_.erase(it);
   if (Document* doc = document())
-    doc->attributeChanged(*this, removed.name, &removed.value, nullptr);
+    doc->attributeChanged(*this, removed.name(), &removed.value_, nullptr);
 }
 
 const Element* Element::topmost() const {
@@ -225,12 +231,12 @@ const Element* Element::topmost() const {
   return top;
 }
 
-void Element::loadAttribute(std::u16string name, std::u16string value) {
+void Element::loadAttribute(std::u16string_view name, std::u16string value) {
   auto it = attributeNamed(name);
   if (it == attributes_.end()) {
-    attributes_.push_back(Attribute{std::move(name), std::move(value)});
+    attributes_.emplace_back(anchor_->name(name), std::move(value));
   } else {
-    it->value = std::move(value);
+    it->value_ = std::move(value);
   }
 }
 
@@ -258,15 +264,16 @@ void Element::restoreDefaults() {
   if (!keepsLoadedAttributes_) return;
   auto loaded = anchor_->loadedAttributes.find(this);
   const std::vector<Attribute>& defaults = loaded->second;
-  std::vector<std::u16string> added;
+  std::vector<std::u16string_view> added;
   for (const Attribute& attribute : attributes_) {
     const bool isDefault = std::any_of(defaults.begin(), defaults.end(), [&](const Attribute& d) {
-      return d.name == attribute.name;
+      return d.name() == attribute.name();
     });
-    if (!isDefault) added.push_back(attribute.name);
+    if (!isDefault) added.push_back(attribute.name());
   }
-  for (const std::u16string& name : added) eraseAttribute(name);
-  for (const Attribute& attribute : defaults) setAttributeValue(attribute.name, attribute.value);
+  for (const std::u16string_view name : added) eraseAttribute(name);
+  for (const Attribute& attribute : defaults)
+    setAttributeValue(attribute.name(), attribute.value());
   // Same attributes and values by now; this also puts back their order, so the page saves
   // as it was loaded. The defaults are the attributes again until they next change.
   attributes_ = std::move(loaded->second);

@@ -23,6 +23,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "host/xul.h"
@@ -34,9 +35,19 @@ namespace refhost {
 class Document;
 class Element;
 
-struct Attribute {
-  std::u16string name;
-  std::u16string value;
+// One attribute of an element. Its name is kept once per document (DocumentAnchor::name),
+// so an attribute costs a pointer and its value.
+class Attribute {
+ public:
+  Attribute(const std::u16string& name, std::u16string value)
+      : name_(&name), value_(std::move(value)) {}
+  const std::u16string& name() const { return *name_; }
+  const std::u16string& value() const { return value_; }
+
+ private:
+  friend class Element;
+  const std::u16string* name_;
+  std::u16string value_;
 };
 
 // Hashing for maps keyed by UTF-16 text that are searched with views, without a copy.
@@ -54,13 +65,15 @@ struct ElementTag {
 };
 
 // What every element of one document shares with it: the document, which clears
-// `document` when it dies so that its elements never reach a dead document; the tags of
-// its elements, each kept once; and the attributes that elements loaded with the page
-// had at load, kept from their first change on. Held by the document and its elements.
+// `document` when it dies so that its elements never reach a dead document; the tags and
+// attribute names of its elements, each kept once; and the attributes that elements
+// loaded with the page had at load, kept from their first change on. Held by the
+// document and its elements.
 class DocumentAnchor final : public Loom::RefCount {
  public:
   DocumentAnchor() = default;
   const ElementTag& tag(std::u16string_view name);
+  const std::u16string& name(std::u16string_view attributeName);
 
   Document* document = nullptr;
   std::unordered_map<const Element*, std::vector<Attribute>> loadedAttributes;
@@ -83,6 +96,7 @@ class DocumentAnchor final : public Loom::RefCount {
   };
   // Node-based: a tag never moves, so elements point at it.
   std::unordered_set<ElementTag, TagHash, TagEqual> tags_;
+  std::unordered_set<std::u16string, TextHash, std::equal_to<>> names_;
 };
 
 class Element final : public Loom::XUL::xXULElem {
@@ -142,7 +156,7 @@ class Element final : public Loom::XUL::xXULElem {
   void fix() { fixed_ = true; }
   // Adds an attribute while the page is built, before the element is in any tree:
   // nothing to report. A name given twice keeps its first place and its last value.
-  void loadAttribute(std::u16string name, std::u16string value);
+  void loadAttribute(std::u16string_view name, std::u16string value);
   // Makes the current attributes this element's defaults / goes back to them. The
   // defaults are the current attributes until these first change, and only then copied.
   void keepAttributesAsDefaults() { loaded_ = true; }
