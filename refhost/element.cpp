@@ -262,8 +262,10 @@ bool Element::append(Element* child) {
 void Element::restoreDefaults() {
   // Unchanged since the page was loaded (or not loaded with it): nothing to put back.
   if (!keepsLoadedAttributes_) return;
-  auto loaded = anchor_->loadedAttributes.find(this);
-  const std::vector<Attribute>& defaults = loaded->second;
+  // Taken out of the anchor first: the changes below are reported, and whatever hears of
+  // them may change other elements of the page and so the anchor's map.
+  auto loaded = anchor_->loadedAttributes.extract(this);
+  const std::vector<Attribute>& defaults = loaded.mapped();
   std::vector<std::u16string_view> added;
   for (const Attribute& attribute : attributes_) {
     const bool isDefault = std::any_of(defaults.begin(), defaults.end(), [&](const Attribute& d) {
@@ -276,8 +278,7 @@ void Element::restoreDefaults() {
     setAttributeValue(attribute.name(), attribute.value());
   // Same attributes and values by now; this also puts back their order, so the page saves
   // as it was loaded. The defaults are the attributes again until they next change.
-  attributes_ = std::move(loaded->second);
-  anchor_->loadedAttributes.erase(loaded);
+  attributes_ = std::move(loaded.mapped());
   keepsLoadedAttributes_ = false;
 }
 
