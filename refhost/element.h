@@ -13,9 +13,10 @@
 // keeps its id index up to date and tells the sheet's change observer.
 //
 // Cost: a page may hold a quarter of a million elements, so an element keeps little of
-// its own (about a hundred bytes besides its attributes): its tag and type are shared by
-// all elements of the document with that tag, and the attributes it had when the page was
-// loaded are copied only when they first change (see rememberLoadedAttributes).
+// its own (about a hundred bytes besides its attributes): its tag and type, like the
+// names of its attributes, are kept once per document (DocumentAnchor), and the
+// attributes it had when the page was loaded are copied only when they first change (see
+// rememberLoadedAttributes).
 #pragma once
 
 #include <cstddef>
@@ -72,6 +73,7 @@ struct ElementTag {
 class DocumentAnchor final : public Loom::RefCount {
  public:
   DocumentAnchor() = default;
+  // The one copy of a tag / an attribute name among this document's elements.
   const ElementTag& tag(std::u16string_view name);
   const std::u16string& name(std::u16string_view attributeName);
 
@@ -94,7 +96,7 @@ class DocumentAnchor final : public Loom::RefCount {
       return Name(a) == Name(b);
     }
   };
-  // Node-based: a tag never moves, so elements point at it.
+  // Node-based sets: an entry never moves, so elements and attributes point at it.
   std::unordered_set<ElementTag, TagHash, TagEqual> tags_;
   std::unordered_set<std::u16string, TextHash, std::equal_to<>> names_;
 };
