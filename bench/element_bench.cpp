@@ -277,6 +277,18 @@ void BM_SelectProfileThroughDispatch(benchmark::State& state) {
 }
 BENCHMARK(BM_SelectProfileThroughDispatch)->Apply(Sizes)->Unit(benchmark::kMicrosecond);
 
+// The library's exported copyMenulistItems: the target's items all taken out (last
+// first), then the source's items copied in.
+void BM_CopyMenulistItems(benchmark::State& state) {
+  Page target(state);
+  Page source(state);
+  for (auto _ : state) {
+    copyMenulistItems(u"popup", u"popup", Loom::SmartPtr<Loom::XUL::xXULDoc>(&target.doc()),
+                      Loom::SmartPtr<Loom::XUL::xXULDoc>(&source.doc()));
+  }
+}
+BENCHMARK(BM_CopyMenulistItems)->Apply(Sizes)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 
 BENCHMARK_MAIN();
