@@ -57,6 +57,7 @@ bench: build
 	$(BUILD)/bin/bench_import_export
 	$(BUILD)/bin/bench_settings
 	$(BUILD)/bin/bench_runner
+	$(BUILD)/bin/bench_element
 
 win32-deps:
 	@scripts/install-deps win32

@@ -36,25 +36,25 @@ constexpr std::array kLanguageNames = {
 
 constexpr std::u16string_view kArgsId = u"args";
 
-std::u16string Wide(std::string_view utf8) {
-  return std::u16string(std::u16string_view(Utf16(utf8)));
-}
-
 // Null when the host is out of memory; the caller holds the element at once.
-Element* NewElement(std::u16string_view tag, const std::shared_ptr<DocumentAnchor>& anchor) {
-  return new Element(std::u16string(tag), anchor);
+Element* NewElement(std::u16string_view tag, DocumentAnchor& anchor) {
+  return new Element(tag, anchor);
 }
 
-HostRef<Element> BuildTree(const pugi::xml_node& node,
-                           const std::shared_ptr<DocumentAnchor>& anchor) {
-  HostRef<Element> element(NewElement(Wide(node.name()), anchor));
+// Builds the element of `node` and its subtree, removing each child from the parsed
+// document once it is built: pugixml frees a page of nodes when all in it are removed, so
+// the parser's nodes and the host's elements of a wide page are never both held whole.
+HostRef<Element> BuildTree(pugi::xml_node node, DocumentAnchor& anchor) {
+  HostRef<Element> element(NewElement(Utf16String(node.name()), anchor));
   if (!element) throw std::bad_alloc();
   for (const pugi::xml_attribute& attribute : node.attributes()) {
-    element->setAttributeValue(Wide(attribute.name()), Wide(attribute.value()));
+    element->loadAttribute(Utf16String(attribute.name()), Utf16String(attribute.value()));
   }
+  element->keepAttributesAsDefaults();
   // Text and comments are dropped: XUL keeps what a control shows in its attributes.
-  for (const pugi::xml_node& child : node.children()) {
+  while (pugi::xml_node child = node.first_child()) {
     if (child.type() == pugi::node_element) element->append(BuildTree(child, anchor).get());
+    node.remove_child(child);
   }
   return element;
 }
@@ -77,7 +77,7 @@ Element* FirstWithId(Element& top, std::u16string_view id) {
 void AppendXml(const Element& element, pugi::xml_node& parent, int depth) {
   pugi::xml_node node = AppendCheckedElement(parent, element.tagName(), depth);
   for (const Attribute& attribute : element.attributes()) {
-    AppendCheckedAttribute(node, attribute.name, attribute.value);
+    AppendCheckedAttribute(node, attribute.name(), attribute.value());
   }
   for (std::size_t i = 0; i < element.childCount(); ++i) {
     AppendXml(*element.childAt(i), node, depth + 1);
@@ -92,12 +92,13 @@ LoadError::LoadError(const std::string& source, std::string message, int line)
       line_(line) {}
 
 Document::Document(const DocumentContext& context)
-    : anchor_(std::make_shared<DocumentAnchor>()),
+    : anchor_(new DocumentAnchor()),
       window_(context.window),
       scriptEnv_(context.scriptEnv),
       userData_(context.userData) {
+  if (!anchor_) throw std::bad_alloc();
   anchor_->document = this;
-  args_ = HostRef<Element>(NewElement(TagOfElementType(Loom::kElemArgs), anchor_));
+  args_ = HostRef<Element>(NewElement(TagOfElementType(Loom::kElemArgs), *anchor_));
   if (!args_) throw std::bad_alloc();
   args_->fix();
 }
@@ -119,10 +120,9 @@ Loom::SmartPtr<Document> Document::FromXml(std::string xml, std::u16string fileN
   Loom::SmartPtr<Document> document(new Document(context));
   if (!document) throw std::bad_alloc();
   document->fileName_ = std::move(fileName);
-  document->root_ = BuildTree(parsed.document_element(), document->anchor_);
+  document->root_ = BuildTree(parsed.document_element(), *document->anchor_);
   document->root_->fix();
   document->index(*document->root_);
-  ForEachInTree(*document->root_, [](Element& element) { element.rememberDefaults(); });
   return document;
 }
 
@@ -156,7 +156,7 @@ Loom::SmartPtr<Loom::XUL::xXULDoc> Document::getOwnerDoc() const {
 Loom::SmartPtr<Loom::XUL::xXULElem> Document::createElement(int type) {
   const std::u16string_view tag = TagOfElementType(type);
   if (tag.empty()) return nullptr;
-  return Loom::SmartPtr<Loom::XUL::xXULElem>(NewElement(tag, anchor_));
+  return Loom::SmartPtr<Loom::XUL::xXULElem>(NewElement(tag, *anchor_));
 }
 
 Loom::SmartPtr<Loom::XUL::xWindow> Document::getXWindow() const {
@@ -201,7 +201,7 @@ bool Document::genMenuListFromPersistentItem(Loom::XUL::xXULElem* list,
   } else if (target->getType() == Loom::kElemMenuList) {
     popup = target->itemList();
     if (popup == nullptr) {
-      HostRef<Element> created(NewElement(TagOfElementType(Loom::kElemMenuPopup), anchor_));
+      HostRef<Element> created(NewElement(TagOfElementType(Loom::kElemMenuPopup), *anchor_));
       if (!created) return false;
       target->append(created.get());
       popup = created.get();
@@ -210,10 +210,10 @@ bool Document::genMenuListFromPersistentItem(Loom::XUL::xXULElem* list,
     return false;
   }
 
-  for (Element* item : popup->menuItems()) popup->removeChild(item);
+  popup->removeChildrenOfType(Loom::kElemMenuItem);
   for (std::size_t i = 0; i < branch.getNumChildren(); ++i) {
     Loom::Services::PersistentItem& entry = branch.childAt(i);
-    HostRef<Element> item(NewElement(TagOfElementType(Loom::kElemMenuItem), anchor_));
+    HostRef<Element> item(NewElement(TagOfElementType(Loom::kElemMenuItem), *anchor_));
     if (!item) return false;
     const Loom::wstring key = Utf16(entry.key());
     const Loom::Services::PersistentItem* label = entry.find("label");
@@ -235,9 +235,9 @@ void Document::reinitialiseDefaults() {
 }
 
 Element* Document::elementById(std::u16string_view id) const {
-  auto it = idIndex_.find(std::u16string(id));
-  if (it == idIndex_.end()) return nullptr;
-  if (it->second.size() == 1) return it->second.front();
+  const auto [first, last] = idIndex_.equal_range(id);
+  if (first == last) return nullptr;
+  if (std::next(first) == last) return first->second;
   // Duplicate ids are rare; the first in document order wins, as in XUL.
   return FirstWithId(*root_, id);
 }
@@ -319,14 +319,14 @@ void Document::unindex(Element& subtree) {
 }
 
 void Document::indexId(const std::u16string& id, Element& element) {
-  idIndex_[id].push_back(&element);
+  idIndex_.emplace(id, &element);
 }
 
 void Document::unindexId(const std::u16string& id, Element& element) {
-  auto it = idIndex_.find(id);
-  if (it == idIndex_.end()) return;
-  std::erase(it->second, &element);
-  if (it->second.empty()) idIndex_.erase(it);
+  const auto [first, last] = idIndex_.equal_range(id);
+  const auto it =
+      std::find_if(first, last, [&](const auto& entry) { return entry.second == &element; });
+  if (it != last) idIndex_.erase(it);
 }
 
 void Document::notify(const Change& change) const {

@@ -6,7 +6,12 @@
 // element, named "args", which is not in its tree: findElement resolves "args" to it,
 // getElementById does not. The sheet that loads a document gives it its window, script
 // environment, user data and directories; a document remembers the attributes every
-// element had when it was loaded, so reinitialiseDefaults can put them back.
+// element had when it was loaded, so reinitialiseDefaults can put them back (copied only
+// for the elements whose attributes change, see refhost/element.h).
+//
+// Loading holds the parsed text and the host's tree at once only in part: each part of
+// the parsed text is dropped once its elements are built. A page costs its text (kept by
+// the parser until the tree is built) plus its elements, each value held as UTF-16.
 #pragma once
 
 #include <filesystem>
@@ -121,10 +126,11 @@ class Document final : public Loom::XUL::xXULDocWindows {
   void unindexId(const std::u16string& id, Element& element);
   void notify(const Change& change) const;
 
-  std::shared_ptr<DocumentAnchor> anchor_;
+  HostRef<DocumentAnchor> anchor_;
   HostRef<Element> root_;
   HostRef<Element> args_;
-  std::unordered_map<std::u16string, std::vector<Element*>> idIndex_;
+  // Every element of the tree by id; an id carried by several elements has one entry for each.
+  std::unordered_multimap<std::u16string, Element*, TextHash, std::equal_to<>> idIndex_;
   HostRef<Element> found_;
   HostRef<Loom::XUL::xWindow> window_;
   HostRef<Loom::JS::Environment> scriptEnv_;

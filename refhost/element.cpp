@@ -61,15 +61,29 @@ void SelectItem(Element& list, const std::vector<Element*>& items, int chosen) {
 
 }  // namespace
 
-Element::Element(std::u16string tag, std::shared_ptr<DocumentAnchor> anchor)
-    : tag_(std::move(tag)), type_(ElementTypeOfTag(tag_)), anchor_(std::move(anchor)) {}
+const ElementTag& DocumentAnchor::tag(std::u16string_view name) {
+  auto it = tags_.find(name);
+  if (it == tags_.end())
+    it = tags_.insert(ElementTag{std::u16string(name), ElementTypeOfTag(name)}).first;
+  return *it;
+}
+
+const std::u16string& DocumentAnchor::name(std::u16string_view attributeName) {
+  auto it = names_.find(attributeName);
+  if (it == names_.end()) it = names_.emplace(attributeName).first;
+  return *it;
+}
+
+Element::Element(std::u16string_view tag, DocumentAnchor& anchor)
+    : tag_(&anchor.tag(tag)), anchor_(&anchor) {}
 
 Element::~Element() {
   // Children the library still holds live on, detached.
-  for (HostRef<Element>& child : children_) child->parent_ = nullptr;
+  for (const HostRef<Element>& child : children_.items()) child->parent_ = nullptr;
+  if (keepsLoadedAttributes_) anchor_->loadedAttributes.erase(this);
 }
 
-int Element::getType() const { return type_; }
+int Element::getType() const { return tag_->type; }
 
 Loom::SmartPtr<Loom::XUL::xXULDoc> Element::getOwnerDocument() const {
   return Loom::SmartPtr<Loom::XUL::xXULDoc>(document());
@@ -77,11 +91,11 @@ Loom::SmartPtr<Loom::XUL::xXULDoc> Element::getOwnerDocument() const {
 
 bool Element::getChildrenOfType(int type, Loom::XUL::ElemList& items) const {
   items.clear();
-  const Element* holder = type_ == Loom::kElemMenuList ? itemList() : this;
+  const Element* holder = getType() == Loom::kElemMenuList ? itemList() : this;
   // A menu list without its item list has no items to give: the one failure.
   if (holder == nullptr) return false;
-  for (const HostRef<Element>& child : holder->children_) {
-    if (child->type_ == type) items.emplace_back(child.get());
+  for (const HostRef<Element>& child : holder->children_.items()) {
+    if (child->getType() == type) items.emplace_back(child.get());
   }
   return true;
 }
@@ -90,7 +104,7 @@ int Element::getNumChildren() const { return static_cast<int>(children_.size());
 
 Loom::SmartPtr<Loom::XUL::xXULElem> Element::getChildAt(int index) const {
   if (index < 0 || static_cast<std::size_t>(index) >= children_.size()) return nullptr;
-  return Loom::SmartPtr<Loom::XUL::xXULElem>(children_[index].get());
+  return Loom::SmartPtr<Loom::XUL::xXULElem>(children_[static_cast<std::size_t>(index)]);
 }
 
 bool Element::removeChild(Loom::XUL::xXULElem* child) {
@@ -176,25 +190,26 @@ int Element::getRadioGroupItemWithValue(const Loom::wstring& value) const {
 
 const std::u16string* Element::findAttribute(std::u16string_view name) const {
   auto it = std::find_if(attributes_.begin(), attributes_.end(),
-                         [name](const Attribute& a) { return a.name == name; });
-  return it == attributes_.end() ? nullptr : &it->value;
+                         [name](const Attribute& a) { return a.name() == name; });
+  return it == attributes_.end() ? nullptr : &it->value_;
 }
 
 std::vector<Attribute>::iterator Element::attributeNamed(std::u16string_view name) {
   return std::find_if(attributes_.begin(), attributes_.end(),
-                      [name](const Attribute& a) { return a.name == name; });
+                      [name](const Attribute& a) { return a.name() == name; });
 }
 
 void Element::setAttributeValue(std::u16string_view name, std::u16string_view value) {
   auto it = attributeNamed(name);
-  if (it != attributes_.end() && it->value == value) return;
+  if (it != attributes_.end() && it->value_ == value) return;
+  rememberLoadedAttributes();
   std::optional<std::u16string> before;
   const std::u16string* after = nullptr;
   if (it == attributes_.end()) {
-    after = &attributes_.emplace_back(Attribute{std::u16string(name), std::u16string(value)}).value;
+    after = &attributes_.emplace_back(anchor_->name(name), std::u16string(value)).value_;
   } else {
-    before = std::exchange(it->value, std::u16string(value));
-    after = &it->value;
+    before = std::exchange(it->value_, std::u16string(value));
+    after = &it->value_;
   }
   if (Document* doc = document())
     doc->attributeChanged(*this, name, before ? &*before : nullptr, after);
@@ -203,10 +218,11 @@ void Element::setAttributeValue(std::u16string_view name, std::u16string_view va
 void Element::eraseAttribute(std::u16string_view name) {
   auto it = attributeNamed(name);
   if (it == attributes_.end()) return;
+  rememberLoadedAttributes();
   const Attribute removed = std::move(*it);
   attributes_.erase(it);
   if (Document* doc = document())
-    doc->attributeChanged(*this, removed.name, &removed.value, nullptr);
+    doc->attributeChanged(*this, removed.name(), &removed.value_, nullptr);
 }
 
 const Element* Element::topmost() const {
@@ -215,41 +231,71 @@ const Element* Element::topmost() const {
   return top;
 }
 
+void Element::loadAttribute(std::u16string_view name, std::u16string value) {
+  auto it = attributeNamed(name);
+  if (it == attributes_.end()) {
+    attributes_.emplace_back(anchor_->name(name), std::move(value));
+  } else {
+    it->value_ = std::move(value);
+  }
+}
+
+void Element::rememberLoadedAttributes() {
+  if (!loaded_ || keepsLoadedAttributes_) return;
+  anchor_->loadedAttributes.emplace(this, attributes_);
+  keepsLoadedAttributes_ = true;
+}
+
 bool Element::append(Element* child) {
-  if (child == nullptr || child->fixed_ || child->anchor_ != anchor_ ||
+  if (child == nullptr || child->fixed_ || child->anchor_.get() != anchor_.get() ||
       child->isInclusiveAncestorOf(this)) {
     return false;
   }
   HostRef<Element> held =
       child->parent_ != nullptr ? child->parent_->detach(child) : HostRef<Element>(child);
-  children_.push_back(std::move(held));
+  children_.append(std::move(held));
   child->parent_ = this;
   if (Document* doc = document()) doc->elementAdded(*child);
   return true;
 }
 
 void Element::restoreDefaults() {
-  if (!defaults_) return;
-  std::vector<std::u16string> added;
+  // Unchanged since the page was loaded (or not loaded with it): nothing to put back.
+  if (!keepsLoadedAttributes_) return;
+  // Taken out of the anchor first: the changes below are reported, and whatever hears of
+  // them may change other elements of the page and so the anchor's map.
+  auto loaded = anchor_->loadedAttributes.extract(this);
+  const std::vector<Attribute>& defaults = loaded.mapped();
+  std::vector<std::u16string_view> added;
   for (const Attribute& attribute : attributes_) {
-    const bool isDefault =
-        std::any_of(defaults_->begin(), defaults_->end(),
-                    [&](const Attribute& d) { return d.name == attribute.name; });
-    if (!isDefault) added.push_back(attribute.name);
+    const bool isDefault = std::any_of(defaults.begin(), defaults.end(), [&](const Attribute& d) {
+      return d.name() == attribute.name();
+    });
+    if (!isDefault) added.push_back(attribute.name());
   }
-  for (const std::u16string& name : added) eraseAttribute(name);
-  for (const Attribute& attribute : *defaults_) setAttributeValue(attribute.name, attribute.value);
+  for (const std::u16string_view name : added) eraseAttribute(name);
+  for (const Attribute& attribute : defaults)
+    setAttributeValue(attribute.name(), attribute.value());
   // Same attributes and values by now; this also puts back their order, so the page saves
-  // as it was loaded.
-  attributes_ = *defaults_;
+  // as it was loaded. The defaults are the attributes again until they next change.
+  attributes_ = std::move(loaded.mapped());
+  keepsLoadedAttributes_ = false;
+}
+
+void Element::removeChildrenOfType(int type) {
+  Document* doc = document();
+  const bool wasInTree = doc != nullptr && doc->contains(*this);
+  const std::vector<HostRef<Element>> taken =
+      children_.takeAll([type](const Element* child) { return child->getType() == type; });
+  for (const HostRef<Element>& child : taken) detached(*child, wasInTree);
 }
 
 std::vector<Element*> Element::menuItems() const {
   std::vector<Element*> items;
-  const Element* holder = type_ == Loom::kElemMenuList ? itemList() : this;
+  const Element* holder = getType() == Loom::kElemMenuList ? itemList() : this;
   if (holder == nullptr) return items;
-  for (const HostRef<Element>& child : holder->children_) {
-    if (child->type_ == Loom::kElemMenuItem) items.push_back(child.get());
+  for (const HostRef<Element>& child : holder->children_.items()) {
+    if (child->getType() == Loom::kElemMenuItem) items.push_back(child.get());
   }
   return items;
 }
@@ -261,22 +307,23 @@ std::vector<Element*> Element::radios() const {
 }
 
 Element* Element::itemList() const {
-  for (const HostRef<Element>& child : children_) {
-    if (child->type_ == Loom::kElemMenuPopup) return child.get();
+  for (const HostRef<Element>& child : children_.items()) {
+    if (child->getType() == Loom::kElemMenuPopup) return child.get();
   }
   return nullptr;
 }
 
 HostRef<Element> Element::detach(Element* child) {
-  auto it = std::find_if(children_.begin(), children_.end(),
-                         [child](const HostRef<Element>& c) { return c.get() == child; });
   Document* doc = document();
-  const bool wasInTree = doc != nullptr && doc->contains(*child);
-  HostRef<Element> held = std::move(*it);
-  children_.erase(it);
-  child->parent_ = nullptr;
-  if (wasInTree) doc->elementRemoved(*child, *this);
+  const bool wasInTree = doc != nullptr && doc->contains(*this);
+  HostRef<Element> held = children_.take(children_.position(child));
+  detached(*child, wasInTree);
   return held;
+}
+
+void Element::detached(Element& child, bool wasInTree) {
+  child.parent_ = nullptr;
+  if (wasInTree) document()->elementRemoved(child, *this);
 }
 
 bool Element::isInclusiveAncestorOf(const Element* element) const {
@@ -287,10 +334,10 @@ bool Element::isInclusiveAncestorOf(const Element* element) const {
 }
 
 void Element::collectRadios(std::vector<Element*>& radios) const {
-  for (const HostRef<Element>& child : children_) {
-    if (child->type_ == Loom::kElemRadio) {
+  for (const HostRef<Element>& child : children_.items()) {
+    if (child->getType() == Loom::kElemRadio) {
       radios.push_back(child.get());
-    } else if (child->type_ != Loom::kElemRadioGroup) {
+    } else if (child->getType() != Loom::kElemRadioGroup) {
       child->collectRadios(radios);
     }
   }

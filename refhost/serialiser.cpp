@@ -64,7 +64,7 @@ SmartPtr<Dom::Node> NewStoredDocument(const string& name) {
 SmartPtr<Dom::Node> CopyTree(const Element& element) {
   SmartPtr<Dom::Node> node = Dom::createNode(Wide(element.tagName()));
   for (const refhost::Attribute& attribute : element.attributes()) {
-    node->attributes().set(Wide(attribute.name), Wide(attribute.value));
+    node->attributes().set(Wide(attribute.name()), Wide(attribute.value()));
   }
   for (std::size_t i = 0; i < element.childCount(); ++i) {
     node->children().append(CopyTree(*element.childAt(i)));

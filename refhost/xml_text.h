@@ -32,8 +32,8 @@ inline constexpr int kMaxXmlDepth = 1000;
 inline constexpr int kMaxAttributes = 10'000;
 
 // A driver's page holds a few thousand elements and its settings file a few thousand
-// keys; far more is hostile. Each element costs a parser node and a host node (a few
-// hundred bytes), so this bounds what any one document can take.
+// keys; far more is hostile. Each element costs a host node (a hundred bytes or more) and,
+// while it loads, a parser node, so this bounds what any one document can take.
 inline constexpr int kMaxXmlElements = 250'000;
 
 // Pages are stored inside wrappers (<XUL_DOCS><XUL_DOC>): a page that loads must still

@@ -50,7 +50,7 @@ std::string ElementLabel(const Scenario& scenario, const refhost::Element& eleme
 std::string StartTag(const refhost::Element& element) {
   std::string tag = "<" + NarrowText(element.tagName());
   for (const refhost::Attribute& attribute : element.attributes()) {
-    tag += " " + NarrowText(attribute.name) + "=" + Quote(attribute.value);
+    tag += " " + NarrowText(attribute.name()) + "=" + Quote(attribute.value());
   }
   return tag + ">";
 }
