@@ -22,20 +22,6 @@ std::optional<std::string> DocumentXml(const Loom::Dom::Document& document) {
   return WriteXml(*root);
 }
 
-// The file last parsed by a file store and its version (file_io.h): a store asked again
-// for an unchanged file hands out the same document, as a memory store does. Readers that
-// check a file and then load it (isXMLConfigValid, then loadSettings) so parse it once.
-struct ParsedFile {
-  std::filesystem::path path;
-  FileVersion version;
-  HostRef<Loom::Dom::Document> document;
-};
-
-ParsedFile& LastParsedFile() {
-  static ParsedFile last;
-  return last;
-}
-
 }  // namespace
 
 bool MemoryBackingStore::write(Loom::Dom::Document* document) {
@@ -81,19 +67,12 @@ FileBackingStoreIO::FileBackingStoreIO(const File& path, int createMissing, int 
 FileBackingStoreIO::~FileBackingStoreIO() = default;
 
 SmartPtr<Dom::Document> FileBackingStoreIO::read() {
-  const std::filesystem::path path = refhost::NativePath(path_);
-  refhost::ParsedFile& last = refhost::LastParsedFile();
-  const auto version = refhost::VersionOf(path);
-  if (version && last.document && last.path == path && last.version == *version) {
-    return last.document.share();
-  }
-  std::optional<std::string> bytes = refhost::ReadWholeFile(path);
+  std::optional<std::string> bytes = refhost::ReadWholeFile(refhost::NativePath(path_));
   if (!bytes) return nullptr;
   SmartPtr<Dom::Node> root = refhost::ParseXml(std::move(*bytes));
   SmartPtr<Dom::Document> document = Dom::Document::create(FileStore::onFile(path_));
   if (!root || !document) return nullptr;
   document->setRoot(std::move(root));
-  if (version) last = refhost::ParsedFile{path, *version, refhost::HostRef(document.get())};
   return document;
 }
 

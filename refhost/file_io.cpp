@@ -37,7 +37,13 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
   if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
   std::ifstream in(path, std::ios::binary);
   if (!in) return std::nullopt;
-  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  // Read at the size the file has, so a large file costs its size once rather than the
+  // doublings of a growing string; a file that grows meanwhile is read to its end.
+  std::string bytes(static_cast<std::size_t>(std::filesystem::file_size(path, error)), '\0');
+  if (error) bytes.clear();
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(in.gcount()));
+  if (!in.eof()) bytes.append(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
   if (in.bad()) return std::nullopt;
   return bytes;
 }

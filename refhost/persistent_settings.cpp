@@ -1,19 +1,36 @@
 // PersistentSettings: the root of a settings tree with its backing store.
 #include <utf8.h>
 
+#include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
 
 #include "host/properties.h"
+#include "refhost/file_io.h"
 #include "refhost/host_ref.h"
 #include "refhost/settings_marks.h"
 #include "refhost/settings_tree.h"
 #include "refhost/text.h"
+#include "refhost/xml_text.h"
 
 namespace Loom::Services {
 
 PersistentItem& PersistentItem::operator[](const char* key) { return (*this)[string(key)]; }
 
 PersistentItem& PersistentItem::operator=(const char* value) { return *this = string(value); }
+
+namespace {
+
+// The file a tree was last loaded from, as it was then, and the tree's change count just
+// after: while both still hold, the tree is what the file stores.
+struct LoadedFile {
+  std::filesystem::path path;
+  refhost::FileVersion version;
+  std::uint64_t changes;
+};
+
+}  // namespace
 
 struct PersistentSettings::Impl {
   explicit Impl(const PersistentSettings* owner) : tree(owner), root(&tree, string()) {}
@@ -23,6 +40,7 @@ struct PersistentSettings::Impl {
   refhost::SettingsTree tree;
   refhost::SettingsNode root;
   refhost::HostRef<BackingStoreIO> store;
+  std::optional<LoadedFile> loaded;
 };
 
 namespace {
@@ -32,10 +50,28 @@ constexpr char kModelNameKey[] = "ModelName";
 constexpr char kDriverNameKey[] = "DriverName";
 constexpr char kDriverNameProperty[] = "loom.driver.name";
 
+// The file's path when `store` is a store on a file.
+std::optional<std::filesystem::path> StoredFile(BackingStoreIO* store) {
+  const auto* file = dynamic_cast<const FileBackingStoreIO*>(store);
+  if (file == nullptr) return std::nullopt;
+  return refhost::NativePath(file->path());
+}
+
 // The stored settings tree of `store` built into `target`; false when there is none.
-// A tree that does not convert (text that is not valid Unicode) counts as unreadable.
+// A file is built straight from its text: a DOM tree in between would cost its size
+// again, twice over in UTF-16. A tree that does not convert (text that is not valid
+// Unicode) counts as unreadable.
 bool ReadStoredTree(BackingStoreIO* store, refhost::SettingsNode& target) {
   if (store == nullptr) return false;
+  if (const std::optional<std::filesystem::path> path = StoredFile(store)) {
+    std::optional<std::string> text = refhost::ReadWholeFile(*path);
+    pugi::xml_document parsed;
+    std::string error;
+    int line = 0;
+    return text &&
+           refhost::ParseXmlText(std::move(*text), parsed, refhost::kMaxXmlDepth, error, line) &&
+           refhost::SettingsFromXml(parsed.document_element(), target);
+  }
   const SmartPtr<Dom::Document> document = store->read();
   if (!document) return false;
   const SmartPtr<Dom::Node> root = document->getRoot();
@@ -45,6 +81,15 @@ bool ReadStoredTree(BackingStoreIO* store, refhost::SettingsNode& target) {
   } catch (const utf8::exception&) {
     return false;
   }
+}
+
+// Whether the tree, with `changes` made so far, still is what `store`'s file holds since
+// it was `loaded`: a check after a load (the device factory reset's) then reads no file.
+bool StillAsLoaded(const std::optional<LoadedFile>& loaded, std::uint64_t changes,
+                   BackingStoreIO* store) {
+  if (!loaded || loaded->changes != changes) return false;
+  const std::optional<std::filesystem::path> path = StoredFile(store);
+  return path && *path == loaded->path && refhost::VersionOf(*path) == loaded->version;
 }
 
 string StoredProductValue(const refhost::SettingsNode& tree, const char* key) {
@@ -78,9 +123,14 @@ void PersistentSettings::revert() { impl_->root.revert(); }
 bool PersistentSettings::loadSettings() {
   // Built aside and swapped in, so a failed load leaves the tree as it was. The marks
   // stay: they are keyed by path and apply to the new content.
+  const std::optional<std::filesystem::path> path = StoredFile(impl_->store.get());
+  const std::optional<refhost::FileVersion> version =
+      path ? refhost::VersionOf(*path) : std::nullopt;
   refhost::SettingsNode loaded(nullptr, string());
   if (!ReadStoredTree(impl_->store.get(), loaded)) return false;
   impl_->root.replaceContent(loaded);
+  impl_->loaded.reset();
+  if (version) impl_->loaded = LoadedFile{*path, *version, impl_->tree.changes};
   return true;
 }
 
@@ -116,10 +166,14 @@ void PersistentSettings::setBackingStoreIO(SmartPtr<BackingStoreIO> store) {
 // (shipped defaults without a product section). One that names a model fits no printer
 // whose driver name is unknown. Nothing readable in the store is not valid.
 bool PersistentSettings::isXMLConfigValid(const PropertyManager& properties) const {
-  refhost::SettingsNode stored(nullptr, string());
-  if (!ReadStoredTree(impl_->store.get(), stored)) return false;
-  const string model = StoredProductValue(stored, kModelNameKey);
-  const string driver = StoredProductValue(stored, kDriverNameKey);
+  refhost::SettingsNode read(nullptr, string());
+  const refhost::SettingsNode* stored = &impl_->root;
+  if (!StillAsLoaded(impl_->loaded, impl_->tree.changes, impl_->store.get())) {
+    if (!ReadStoredTree(impl_->store.get(), read)) return false;
+    stored = &read;
+  }
+  const string model = StoredProductValue(*stored, kModelNameKey);
+  const string driver = StoredProductValue(*stored, kDriverNameKey);
   if (model.empty() && driver.empty()) return true;
   if (!properties.exists(kDriverNameProperty)) return false;
   const std::string printer = refhost::Utf8(properties.getString(kDriverNameProperty));

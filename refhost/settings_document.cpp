@@ -1,8 +1,10 @@
 // A settings tree and its stored document: both directions walk with a work list.
+#include <cstring>
 #include <deque>
+#include <iterator>
+#include <new>
 #include <string>
 #include <string_view>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -47,7 +49,7 @@ int HexDigit(char c) {
 }
 
 // A '%' not followed by two hex digits stands for itself.
-Loom::string UnescapeBytes(const std::string& text) {
+Loom::string UnescapeBytes(std::string_view text) {
   Loom::string bytes;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const int high = text[i] == kEscape && i + 2 < text.size() ? HexDigit(text[i + 1]) : -1;
@@ -74,14 +76,84 @@ void SetText(Loom::Dom::Node& node, const char16_t* plain, const char16_t* escap
   }
 }
 
-Loom::string GetText(Loom::Dom::Node& node, const char16_t* plain, const char16_t* escaped) {
-  Loom::Dom::AttributeMap& attributes = node.attributes();
-  if (attributes.contains(escaped)) return UnescapeBytes(Utf8(attributes[escaped]));
-  return Loom::string(Utf8(attributes[plain]));
+// The names of the stored form, as each reader spells them.
+struct Name {
+  const char* narrow;
+  const char16_t* wide;
+};
+constexpr Name kSettings{"settings", kSettingsElement};
+constexpr Name kItem{"item", kItemElement};
+constexpr Name kKey{"key", kKeyAttribute};
+constexpr Name kKeyBytes{"key-bytes", kKeyBytesAttribute};
+constexpr Name kValue{"value", kValueAttribute};
+constexpr Name kValueBytes{"value-bytes", kValueBytesAttribute};
+
+// What the build reads of a stored document in the host's DOM (UTF-16 names and values).
+struct DomReader {
+  using Element = Loom::Dom::Node*;
+
+  static bool Is(Element element, const Name& name) { return element->getName() == name.wide; }
+  static Loom::string Text(Element element, const Name& plain, const Name& escaped) {
+    Loom::Dom::AttributeMap& attributes = element->attributes();
+    if (attributes.contains(escaped.wide)) return UnescapeBytes(Utf8(attributes[escaped.wide]));
+    return Loom::string(Utf8(attributes[plain.wide]));
+  }
+  static std::size_t ChildCount(Element element) { return element->children().getNumChildren(); }
+  template <class Visit>
+  static void ForEachChild(Element element, const Visit& visit) {
+    Loom::Dom::ChildVector& children = element->children();
+    for (std::size_t i = 0; i < children.getNumChildren(); ++i) visit(children[i]);
+  }
+};
+
+// The same of a document parsed by pugixml, whose names and values are UTF-8 already:
+// ParseXmlText has checked the text and its character references.
+struct PugiReader {
+  using Element = pugi::xml_node;
+
+  static bool Is(Element element, const Name& name) {
+    return std::strcmp(element.name(), name.narrow) == 0;
+  }
+  static Loom::string Text(Element element, const Name& plain, const Name& escaped) {
+    if (const pugi::xml_attribute bytes = element.attribute(escaped.narrow)) {
+      return UnescapeBytes(bytes.value());
+    }
+    return Loom::string(element.attribute(plain.narrow).value());
+  }
+  static std::size_t ChildCount(Element element) {
+    return static_cast<std::size_t>(std::distance(element.begin(), element.end()));
+  }
+  template <class Visit>
+  static void ForEachChild(Element element, const Visit& visit) {
+    for (const pugi::xml_node child : element.children()) {
+      if (child.type() == pugi::node_element) visit(child);
+    }
+  }
+};
+
+// The one build of a tree from a stored document, whichever reader holds it.
+template <class Reader>
+bool BuildSettings(typename Reader::Element root, SettingsNode& target) {
+  if (!Reader::Is(root, kSettings)) return false;
+  target.setValue(Reader::Text(root, kValue, kValueBytes));
+  // First in, first out: items that merge into one node are read in document order, so
+  // the later value wins and merged children keep the order they had in the file.
+  std::deque<std::pair<typename Reader::Element, SettingsNode*>> pending{{root, &target}};
+  while (!pending.empty()) {
+    const auto [from, to] = pending.front();
+    pending.pop_front();
+    to->reserveChildren(Reader::ChildCount(from));
+    Reader::ForEachChild(from, [&](typename Reader::Element item) {
+      if (!Reader::Is(item, kItem)) return;
+      SettingsNode& node = to->ensureChild(Reader::Text(item, kKey, kKeyBytes));
+      node.setValue(Reader::Text(item, kValue, kValueBytes));
+      pending.emplace_back(item, &node);
+    });
+  }
+  return true;
 }
 
 }  // namespace
-
 Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
   Loom::SmartPtr<Loom::Dom::Node> settings = Loom::Dom::createNode(kSettingsElement);
   if (!settings) return nullptr;
@@ -110,25 +182,11 @@ Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
 }
 
 bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target) {
-  if (root.getName() != kSettingsElement) return false;
-  target.setValue(GetText(root, kValueAttribute, kValueBytesAttribute));
-  // First in, first out: items that merge into one node are read in document order, so
-  // the later value wins and merged children keep the order they had in the file.
-  std::deque<std::pair<Loom::Dom::Node*, SettingsNode*>> pending{{&root, &target}};
-  while (!pending.empty()) {
-    const auto [from, to] = pending.front();
-    pending.pop_front();
-    Loom::Dom::ChildVector& children = from->children();
-    to->reserveChildren(children.getNumChildren());
-    for (std::size_t i = 0; i < children.getNumChildren(); ++i) {
-      Loom::Dom::Node& item = *children[i];
-      if (item.getName() != kItemElement) continue;
-      SettingsNode& node = to->ensureChild(GetText(item, kKeyAttribute, kKeyBytesAttribute));
-      node.setValue(GetText(item, kValueAttribute, kValueBytesAttribute));
-      pending.emplace_back(&item, &node);
-    }
-  }
-  return true;
+  return BuildSettings<DomReader>(&root, target);
+}
+
+bool SettingsFromXml(const pugi::xml_node& root, SettingsNode& target) {
+  return BuildSettings<PugiReader>(root, target);
 }
 
 }  // namespace refhost

@@ -108,8 +108,10 @@ void SettingsNode::unlink(SettingsNode& child) {
 }
 
 void SettingsNode::tell(Change::Kind kind, std::string_view oldValue) const {
+  if (tree_ == nullptr) return;
+  ++tree_->changes;
   ChangeObserver* const observer = StoreObserver();
-  if (tree_ == nullptr || observer == nullptr) return;
+  if (observer == nullptr) return;
   observer->onChange(
       Change{.kind = kind, .settings = tree_->owner, .setting = this, .oldSetting = oldValue});
 }

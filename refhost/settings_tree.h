@@ -23,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <pugixml.hpp>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -46,6 +47,8 @@ struct SettingsTree {
 
   const Loom::Services::PersistentSettings* owner;
   std::unique_ptr<SettingsMarks> marks;
+  // Grows with every change of the tree: equal counts mean no change in between.
+  std::uint64_t changes = 0;
 };
 
 // One node below (or at) the root of a tree. Owned by its parent; the root is owned by
@@ -145,5 +148,8 @@ Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root);
 // `root` is not a <settings> element. Items with the same key under one parent merge
 // into one node, the later value winning.
 bool SettingsFromDom(Loom::Dom::Node& root, SettingsNode& target);
+// The same from a document pugixml parsed with ParseXmlText (refhost/xml_text.h), whose
+// text is known to be UTF-8: a file is built straight from its text, without a DOM tree.
+bool SettingsFromXml(const pugi::xml_node& root, SettingsNode& target);
 
 }  // namespace refhost

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 
 #include "refhost/text.h"
@@ -98,12 +99,12 @@ std::size_t After(std::string_view text, std::size_t from, std::string_view term
 // In well-formed XML a '<' outside comments, CDATA sections and processing instructions
 // starts a tag, and inside a tag a '=' outside quotes follows an attribute's name; text
 // that is not well-formed may be counted wrongly here, but the parser refuses it anyway.
-struct Beyond {
+struct TextFault {
   std::size_t offset = std::string_view::npos;
   std::string fault;
 };
 
-Beyond FirstBeyondLimits(std::string_view xml, int maxDepth) {
+TextFault FirstBeyondLimits(std::string_view xml, int maxDepth) {
   std::size_t elements = 0;
   int depth = 0;
   std::size_t at = 0;
@@ -135,12 +136,45 @@ Beyond FirstBeyondLimits(std::string_view xml, int maxDepth) {
         return {tag, "more than " + std::to_string(kMaxXmlElements) + " elements"};
       }
       if (attributes > kMaxAttributes) {
-        return {tag, "an element with more than " + std::to_string(kMaxAttributes) +
-                         " attributes"};
+        return {tag, "an element with more than " + std::to_string(kMaxAttributes) + " attributes"};
       }
       if (!empty && ++depth > maxDepth) {
         return {tag, DepthFault(maxDepth)};
       }
+    }
+  }
+  return {};
+}
+
+// The first character reference ("&#55296;", "&#xD800;") to a code point that is not an
+// XML character: the parser would decode it into bytes that are not UTF-8 (a surrogate)
+// or cut the text short (NUL), and every reader of the host counts on UTF-8 text. The
+// text is searched whole, so such a reference is refused in a comment or a CDATA section
+// too, where it would stand for itself: no file of the host holds either.
+TextFault FirstBadCharacterReference(std::string_view xml) {
+  for (std::size_t at = 0; (at = xml.find("&#", at)) != std::string_view::npos; at += 2) {
+    const bool hex = at + 2 < xml.size() && xml[at + 2] == 'x';
+    std::uint64_t code = 0;
+    const std::size_t first = at + (hex ? 3 : 2);
+    std::size_t digits = first;
+    for (; digits < xml.size() && code <= 0x10FFFF; ++digits) {
+      const char c = xml[digits];
+      const int digit = c >= '0' && c <= '9'          ? c - '0'
+                        : hex && c >= 'a' && c <= 'f' ? c - 'a' + 10
+                        : hex && c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                                      : -1;
+      if (digit < 0) break;
+      code = code * (hex ? 16 : 10) + static_cast<std::uint64_t>(digit);
+    }
+    // Malformed references are the parser's to refuse.
+    if (code <= 0x10FFFF && (digits == first || digits == xml.size() || xml[digits] != ';')) {
+      continue;
+    }
+    if (code > 0x10FFFF || !InRanges(static_cast<char32_t>(code), kCharRanges)) {
+      return {at, "a character reference to " +
+                      (code > 0x10FFFF ? std::string("no Unicode character")
+                                       : CodePointName(static_cast<char32_t>(code))) +
+                      ", which XML cannot carry"};
     }
   }
   return {};
@@ -155,8 +189,8 @@ struct StringWriter final : pugi::xml_writer {
 
 }  // namespace
 
-bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth,
-                  std::string& error, int& line) {
+bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth, std::string& error,
+                  int& line) {
   // Checked up front so that a bad byte is a parse error with a line, not an exception
   // from the UTF-16 conversion of a name or value.
   const auto invalid = utf8::find_invalid(xml.begin(), xml.end());
@@ -165,13 +199,17 @@ bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth,
     line = LineAt(xml, invalid - xml.begin());
     return false;
   }
-  if (Beyond beyond = FirstBeyondLimits(xml, maxDepth); !beyond.fault.empty()) {
-    error = std::move(beyond.fault);
-    line = LineAt(xml, static_cast<std::ptrdiff_t>(beyond.offset));
+  for (TextFault found : {FirstBeyondLimits(xml, maxDepth), FirstBadCharacterReference(xml)}) {
+    if (found.fault.empty()) continue;
+    error = std::move(found.fault);
+    line = LineAt(xml, static_cast<std::ptrdiff_t>(found.offset));
     return false;
   }
   const pugi::xml_parse_result result =
       document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
+  // The document holds its own copy. A parameter taken by value lives until the end of
+  // the caller's full expression, which may go on to build from `document`.
+  if (result) std::string().swap(xml);
   if (!result) {
     error = result.description();
     line = LineAt(xml, result.offset);
