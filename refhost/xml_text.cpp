@@ -152,28 +152,28 @@ TextFault FirstBeyondLimits(std::string_view xml, int maxDepth) {
 // text is searched whole, so such a reference is refused in a comment or a CDATA section
 // too, where it would stand for itself: no file of the host holds either.
 TextFault FirstBadCharacterReference(std::string_view xml) {
+  constexpr std::uint32_t kBeyondUnicode = 0x110000;
   for (std::size_t at = 0; (at = xml.find("&#", at)) != std::string_view::npos; at += 2) {
     const bool hex = at + 2 < xml.size() && xml[at + 2] == 'x';
-    std::uint64_t code = 0;
     const std::size_t first = at + (hex ? 3 : 2);
-    std::size_t digits = first;
-    for (; digits < xml.size() && code <= 0x10FFFF; ++digits) {
-      const char c = xml[digits];
+    std::size_t end = first;
+    std::uint32_t code = 0;
+    for (; end < xml.size(); ++end) {
+      const char c = xml[end];
       const int digit = c >= '0' && c <= '9'          ? c - '0'
                         : hex && c >= 'a' && c <= 'f' ? c - 'a' + 10
                         : hex && c >= 'A' && c <= 'F' ? c - 'A' + 10
                                                       : -1;
       if (digit < 0) break;
-      code = code * (hex ? 16 : 10) + static_cast<std::uint64_t>(digit);
+      code = std::min<std::uint32_t>(code * (hex ? 16 : 10) + static_cast<std::uint32_t>(digit),
+                                     kBeyondUnicode);
     }
-    // Malformed references are the parser's to refuse.
-    if (code <= 0x10FFFF && (digits == first || digits == xml.size() || xml[digits] != ';')) {
-      continue;
-    }
-    if (code > 0x10FFFF || !InRanges(static_cast<char32_t>(code), kCharRanges)) {
+    // Without digits or the closing ';' it is no reference: pugixml keeps it as text.
+    if (end == first || end == xml.size() || xml[end] != ';') continue;
+    if (code == kBeyondUnicode || !InRanges(static_cast<char32_t>(code), kCharRanges)) {
       return {at, "a character reference to " +
-                      (code > 0x10FFFF ? std::string("no Unicode character")
-                                       : CodePointName(static_cast<char32_t>(code))) +
+                      (code == kBeyondUnicode ? std::string("no Unicode character")
+                                              : CodePointName(static_cast<char32_t>(code))) +
                       ", which XML cannot carry"};
     }
   }

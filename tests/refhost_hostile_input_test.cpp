@@ -55,10 +55,10 @@ TEST_F(HostileInputTest, NestingBeyondTheLimitIsRefusedByEveryLoader) {
   EXPECT_EQ(line, 2);
   refhost::Sheet sheet;
   EXPECT_TRUE(sheet.loadDocument(Nested("<box>", "</box>", refhost::kMaxPageDepth), "ok.xul"));
-  EXPECT_THROW(sheet.loadDocument("<window>\n" + Repeat("<box/>", refhost::kMaxXmlElements) +
-                                      "</window>",
-                                  "wide.xul"),
-               refhost::LoadError);
+  EXPECT_THROW(
+      sheet.loadDocument("<window>\n" + Repeat("<box/>", refhost::kMaxXmlElements) + "</window>",
+                         "wide.xul"),
+      refhost::LoadError);
   EXPECT_THROW(
       try {
         sheet.loadDocument(Nested("<box>", "</box>", 1'000'000), "deep.xul");
@@ -98,6 +98,13 @@ TEST_F(HostileInputTest, LimitsCountOnlyRealTags) {
        "elements nested deeper than 1000 levels", 2},
       {top + Repeat("<a x='<b/>'/>", refhost::kMaxXmlElements - 1) + "</r>", "", 0},
       {top + Repeat("<a/>", refhost::kMaxXmlElements) + "</r>", "more than 250000 elements", 2},
+      // Character references to a surrogate, NUL or beyond Unicode are refused; without
+      // digits or ';' they are text.
+      {"<r a='&#x10FFFF;&#9;'>\n&#xD7FF;&#;&#xD800 &#99999999999</r>", "", 0},
+      {"<r>\n<a v='x&#xDBFF;'/></r>", "a character reference to U+DBFF, which XML cannot carry", 2},
+      {"<r>\n\n&#0;</r>", "a character reference to U+0000, which XML cannot carry", 3},
+      {"<r>&#99999999999;</r>",
+       "a character reference to no Unicode character, which XML cannot carry", 1},
   };
   for (const auto& c : cases) {
     std::string error;

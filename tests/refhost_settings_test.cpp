@@ -315,6 +315,37 @@ TEST_F(RefhostSettingsTest, ConfigValidForPrinterOfItsModel) {
       without_store.isXMLConfigValid(*SmartPtr<refhost::Properties>(new refhost::Properties())));
 }
 
+// A check after a load judges what the file holds now: the loaded tree stands in for it
+// only while neither the tree nor the file has changed since.
+TEST_F(RefhostSettingsTest, ConfigCheckAfterLoadJudgesTheFileAsItIsNow) {
+  const auto stored = [](const char* model) {
+    return std::string("<settings><item key=\"PRODUCTCODE\"><item key=\"ModelName\" value=\"") +
+           model + "\"/></item></settings>";
+  };
+  SmartPtr<refhost::Properties> properties(new refhost::Properties());
+  properties->set("loom.driver.name", "KESTREL C750");
+  const struct {
+    const char* name;
+    const char* treeModel;  // set in the tree after the load; nullptr: none
+    const char* fileModel;  // written to the file after the load; nullptr: none
+    bool valid;
+  } kCases[] = {
+      {"unchanged", nullptr, nullptr, true},
+      {"tree changed", "KESTREL C9", nullptr, true},
+      {"file changed", nullptr, "KESTREL C9", false},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    WriteText(dir_ / "f.xml", stored("KESTREL C750"));
+    PersistentSettings tree;
+    tree.setBackingStoreIO(FileStore("f.xml", 0, 1));
+    ASSERT_TRUE(tree.loadSettings());
+    if (c.treeModel) tree["PRODUCTCODE"]["ModelName"] = c.treeModel;
+    if (c.fileModel) WriteText(dir_ / "f.xml", stored(c.fileModel));
+    EXPECT_EQ(tree.isXMLConfigValid(*properties), c.valid);
+  }
+}
+
 TEST_F(RefhostSettingsTest, DomTreesAndXmlErrors) {
   std::string error;
   int line = 0;
