@@ -99,6 +99,7 @@ struct DomReader {
     return Loom::string(Utf8(attributes[plain.wide]));
   }
   static std::size_t ChildCount(Element element) { return element->children().getNumChildren(); }
+  static bool HasChildren(Element element) { return ChildCount(element) > 0; }
   template <class Visit>
   static void ForEachChild(Element element, const Visit& visit) {
     Loom::Dom::ChildVector& children = element->children();
@@ -123,6 +124,7 @@ struct PugiReader {
   static std::size_t ChildCount(Element element) {
     return static_cast<std::size_t>(std::distance(element.begin(), element.end()));
   }
+  static bool HasChildren(Element element) { return element.first_child(); }
   template <class Visit>
   static void ForEachChild(Element element, const Visit& visit) {
     for (const pugi::xml_node child : element.children()) {
@@ -145,9 +147,11 @@ bool BuildSettings(typename Reader::Element root, SettingsNode& target) {
     to->reserveChildren(Reader::ChildCount(from));
     Reader::ForEachChild(from, [&](typename Reader::Element item) {
       if (!Reader::Is(item, kItem)) return;
-      SettingsNode& node = to->ensureChild(Reader::Text(item, kKey, kKeyBytes));
-      node.setValue(Reader::Text(item, kValue, kValueBytes));
-      pending.emplace_back(item, &node);
+      Loom::string key = Reader::Text(item, kKey, kKeyBytes);
+      SettingsNode* node = to->findChild(key);
+      if (node == nullptr) node = &to->appendChild(std::move(key));
+      node->setValue(Reader::Text(item, kValue, kValueBytes));
+      if (Reader::HasChildren(item)) pending.emplace_back(item, node);
     });
   }
   return true;

@@ -17,22 +17,23 @@ SettingsTree::~SettingsTree() = default;
 SettingsNode::SettingsNode(SettingsTree* tree, Loom::string key)
     : tree_(tree), key_(std::move(key)) {}
 
-SettingsNode::~SettingsNode() {
-  // Each node taken off the pending list has its children moved to the list before it is
-  // deleted, so no destructor below ever finds children of its own.
-  std::vector<SettingsNode*> pending;
-  const auto takeChildren = [&pending](SettingsNode& node) {
-    for (SettingsNode* child = node.first_; child != nullptr; child = child->next_) {
-      pending.push_back(child);
+SettingsNode::~SettingsNode() { deleteChildren(); }
+
+void SettingsNode::deleteChildren() {
+  // The first children of the lists still to delete; each node's own list is taken from
+  // it before it is deleted, so no destructor below finds children of its own.
+  std::vector<SettingsNode*> lists{std::exchange(first_, nullptr)};
+  last_ = nullptr;
+  children_.reset();
+  while (!lists.empty()) {
+    SettingsNode* node = lists.back();
+    lists.pop_back();
+    while (node != nullptr) {
+      SettingsNode* const next = node->next_;
+      if (node->first_ != nullptr) lists.push_back(std::exchange(node->first_, nullptr));
+      delete node;
+      node = next;
     }
-    node.first_ = node.last_ = nullptr;
-  };
-  takeChildren(*this);
-  while (!pending.empty()) {
-    SettingsNode* node = pending.back();
-    pending.pop_back();
-    takeChildren(*node);
-    delete node;
   }
 }
 
@@ -49,28 +50,35 @@ bool SettingsNode::remove(const Loom::string& key) {
 }
 
 SettingsNode& SettingsNode::child(std::size_t index) const {
-  if (index >= index_.size())
+  if (index >= getNumChildren())
     throw std::out_of_range("settings node has no child " + std::to_string(index));
-  if (positions_.empty()) {
-    positions_.reserve(index_.size());
+  std::vector<SettingsNode*>& positions = children_->positions;
+  if (positions.empty()) {
+    positions.reserve(getNumChildren());
     for (SettingsNode* node = first_; node != nullptr; node = node->next_) {
-      positions_.push_back(node);
+      positions.push_back(node);
     }
   }
-  return *positions_[index];
+  return *positions[index];
 }
 
 SettingsNode* SettingsNode::findChild(std::string_view key) const {
-  const auto found = index_.find(key);
-  return found == index_.end() ? nullptr : found->second;
+  return children_ ? children_->index.find(key) : nullptr;
 }
 
-SettingsNode& SettingsNode::ensureChild(const Loom::string& key) {
+SettingsNode& SettingsNode::ensureChild(std::string_view key) {
   if (SettingsNode* existing = findChild(key)) return *existing;
-  return appendChild(key);
+  return appendChild(Loom::string(key));
 }
 
-void SettingsNode::reserveChildren(std::size_t count) { index_.reserve(count); }
+void SettingsNode::reserveChildren(std::size_t count) {
+  if (count > 0) children().index.reserve(count);
+}
+
+SettingsNode::Children& SettingsNode::children() {
+  if (!children_) children_ = std::make_unique<Children>();
+  return *children_;
+}
 
 std::vector<Loom::string> SettingsNode::path() const {
   std::vector<Loom::string> keys;
@@ -91,20 +99,21 @@ void SettingsNode::link(SettingsNode& child, SettingsNode* next) {
   child.prev_ = next != nullptr ? next->prev_ : last_;
   (child.prev_ != nullptr ? child.prev_->next_ : first_) = &child;
   (next != nullptr ? next->prev_ : last_) = &child;
-  index_.emplace(std::string_view(child.key_), &child);
-  if (next == nullptr && positions_.size() + 1 == index_.size()) {
-    positions_.push_back(&child);
+  Children& children = this->children();
+  children.index.insert(&child);
+  if (next == nullptr && children.positions.size() + 1 == children.index.size()) {
+    children.positions.push_back(&child);
   } else {
-    positions_.clear();
+    children.positions.clear();
   }
 }
 
 void SettingsNode::unlink(SettingsNode& child) {
   (child.prev_ != nullptr ? child.prev_->next_ : first_) = child.next_;
   (child.next_ != nullptr ? child.next_->prev_ : last_) = child.prev_;
-  index_.erase(std::string_view(child.key_));
+  children_->index.erase(&child);
+  children_->positions.clear();
   child.parent_ = child.prev_ = child.next_ = nullptr;
-  positions_.clear();
 }
 
 void SettingsNode::tell(Change::Kind kind, std::string_view oldValue) const {
@@ -117,6 +126,8 @@ void SettingsNode::tell(Change::Kind kind, std::string_view oldValue) const {
 }
 
 void SettingsNode::adopt(SettingsTree* tree) {
+  tree_ = tree;
+  if (first_ == nullptr) return;  // a leaf, as most are: no list to keep
   std::vector<SettingsNode*> pending{this};
   while (!pending.empty()) {
     SettingsNode* node = pending.back();
@@ -171,28 +182,24 @@ void SettingsNode::replaceContent(SettingsNode& source) {
     }
     return;
   }
-  // No journal to keep: the lists of children change hands whole.
-  for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
-    child->tell(Change::Kind::kSettingRemoved);
+  // No journal to keep: the lists of children change hands whole, and each child is
+  // told about only when somebody listens.
+  const bool observed = tree_ != nullptr && StoreObserver() != nullptr;
+  if (observed) {
+    for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
+      child->tell(Change::Kind::kSettingRemoved);
+    }
   }
-  SettingsNode old(nullptr, Loom::string());
-  old.takeChildren(*this);
-  takeChildren(source);
+  deleteChildren();
+  first_ = std::exchange(source.first_, nullptr);
+  last_ = std::exchange(source.last_, nullptr);
+  children_ = std::move(source.children_);
+  nextOrder_ = source.nextOrder_;
   for (SettingsNode* child = first_; child != nullptr; child = child->next_) {
+    child->parent_ = this;
     if (child->tree_ != tree_) child->adopt(tree_);
-    child->tell(Change::Kind::kSettingAdded);
+    if (observed) child->tell(Change::Kind::kSettingAdded);
   }
-}
-
-void SettingsNode::takeChildren(SettingsNode& from) {
-  first_ = std::exchange(from.first_, nullptr);
-  last_ = std::exchange(from.last_, nullptr);
-  index_ = std::move(from.index_);
-  from.index_.clear();
-  positions_ = std::move(from.positions_);
-  from.positions_.clear();
-  nextOrder_ = from.nextOrder_;
-  for (SettingsNode* child = first_; child != nullptr; child = child->next_) child->parent_ = this;
 }
 
 std::unique_ptr<SettingsNode> SettingsNode::copy(

@@ -23,7 +23,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <pugixml.hpp>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -32,6 +31,11 @@
 #include "host/loom_base.h"
 #include "host/settings.h"
 #include "refhost/change_observer.h"
+#include "refhost/settings_index.h"
+
+namespace pugi {
+class xml_node;
+}
 
 namespace refhost {
 
@@ -67,7 +71,7 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   bool remove(const Loom::string& key) override;
   PersistentItem* find(const Loom::string& key) override { return findChild(key); }
   const Loom::string& key() const override { return key_; }
-  std::size_t getNumChildren() const override { return index_.size(); }
+  std::size_t getNumChildren() const override { return children_ ? children_->index.size() : 0; }
   // Throws std::out_of_range past the last child.
   PersistentItem& childAt(std::size_t index) override { return child(index); }
   void mark() override;
@@ -78,7 +82,7 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode& child(std::size_t index) const;
   SettingsNode* findChild(std::string_view key) const;
   // The child with `key`, appended when missing.
-  SettingsNode& ensureChild(const Loom::string& key);
+  SettingsNode& ensureChild(std::string_view key);
   // Makes room in the index for `count` children, so that adding them never rehashes.
   void reserveChildren(std::size_t count);
 
@@ -119,8 +123,17 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   void tell(Change::Kind kind, std::string_view oldValue = {}) const;
   // Points every node of this subtree at `tree`.
   void adopt(SettingsTree* tree);
-  // Makes the children of `from` this (childless) node's, in order with their numbers.
-  void takeChildren(SettingsNode& from);
+  // Deletes the children and their subtrees, without recursion and without telling.
+  void deleteChildren();
+
+  // What only a node with children needs, made with its first child: leaves, most of a
+  // tree, stay small.
+  struct Children {
+    SettingsIndex index;
+    // The children by position; rebuilt by child() when empty while children exist.
+    std::vector<SettingsNode*> positions;
+  };
+  Children& children();
 
   SettingsTree* tree_;
   SettingsNode* parent_ = nullptr;
@@ -132,9 +145,7 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode* next_ = nullptr;
   std::uint64_t order_ = 0;
   std::uint64_t nextOrder_ = 0;
-  std::unordered_map<std::string_view, SettingsNode*> index_;
-  // The children by position; rebuilt by child() when empty while children exist.
-  mutable std::vector<SettingsNode*> positions_;
+  std::unique_ptr<Children> children_;
   // How many journal entries of marks hold this node since it was removed.
   int journalHolds_ = 0;
 };
