@@ -28,7 +28,8 @@ Sheet::~Sheet() {
 }
 
 Loom::SmartPtr<Document> Sheet::loadDocument(std::string xml, std::string fileName) {
-  return keep(Document::FromXml(std::move(xml), std::u16string(std::u16string_view(Utf16(fileName))), context()));
+  return keep(Document::FromXml(std::move(xml),
+                                std::u16string(std::u16string_view(Utf16(fileName))), context()));
 }
 
 Loom::SmartPtr<Document> Sheet::loadDocumentFile(const std::filesystem::path& path) {

@@ -46,8 +46,8 @@ inline constexpr int kMaxPageDepth = kMaxXmlDepth - 2;
 // UTF-8, malformed XML, a document without an element, or one beyond the limits ("more
 // than 250000 elements", "elements nested deeper than 1000 levels", "an element with
 // more than 10000 attributes").
-bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth,
-                  std::string& error, int& line);
+bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth, std::string& error,
+                  int& line);
 
 // Whether `xml` (taken) is a document the host reads, as ParseXmlText tells, without
 // keeping the parsed tree: for tools that check text before handing it on.

@@ -98,6 +98,12 @@ TEST_F(HostileInputTest, LimitsCountOnlyRealTags) {
        "elements nested deeper than 1000 levels", 2},
       {top + Repeat("<a x='<b/>'/>", refhost::kMaxXmlElements - 1) + "</r>", "", 0},
       {top + Repeat("<a/>", refhost::kMaxXmlElements) + "</r>", "more than 250000 elements", 2},
+      // UTF-8, checked in runs: sequences across an eight-byte boundary, cut short
+      // before ASCII, overlong.
+      {"<r a='0123456\xc3\xa9\xe2\x82\xac\xf0\x9d\x84\x9e'>abcdefghijk</r>", "", 0},
+      {"<r>0123456789\n\xc3\x28</r>", "invalid UTF-8", 2},
+      {"<r>abcdefgh\n\n\xe2\x82</r>", "invalid UTF-8", 3},
+      {"<r>\xc0\xaf</r>", "invalid UTF-8", 1},
       // Character references to a surrogate, NUL or beyond Unicode are refused; without
       // digits or ';' they are text.
       {"<r a='&#x10FFFF;&#9;'>\n&#xD7FF;&#;&#xD800 &#99999999999</r>", "", 0},
