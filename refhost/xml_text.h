@@ -2,8 +2,9 @@
 // limits a parsed document must keep and the checks a written one must pass, so that the
 // host reads hostile files without crashing and writes only well-formed XML 1.0.
 //
-// Reading: the text must be UTF-8, hold at most kMaxXmlElements elements, nest them at
-// most kMaxXmlDepth levels and give each at most kMaxAttributes attributes. The limits are
+// Reading: the text must be UTF-8 without character references to what XML cannot carry
+// (a surrogate, NUL), hold at most kMaxXmlElements elements, nest them at most
+// kMaxXmlDepth levels and give each at most kMaxAttributes attributes. The limits are
 // checked on the text before the parser builds anything, so a hostile file costs no more
 // memory than its own bytes before it is refused; a document within them costs memory in
 // proportion to its size. The host's walks of element trees recurse over elements, so the
@@ -45,7 +46,8 @@ inline constexpr int kMaxPageDepth = kMaxXmlDepth - 2;
 // both. False, with `error` and the 1-based `line` of the fault, for text that is not
 // UTF-8, malformed XML, a document without an element, or one beyond the limits ("more
 // than 250000 elements", "elements nested deeper than 1000 levels", "an element with
-// more than 10000 attributes").
+// more than 10000 attributes", "a character reference to U+D800, which XML cannot
+// carry").
 bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth, std::string& error,
                   int& line);
 
