@@ -115,11 +115,17 @@ struct PugiReader {
   static bool Is(Element element, const Name& name) {
     return std::strcmp(element.name(), name.narrow) == 0;
   }
+  // pugixml keeps an attribute given twice twice; the host's DOM keeps the later value,
+  // and so does this, so both readers build the same tree from the same text.
   static Loom::string Text(Element element, const Name& plain, const Name& escaped) {
-    if (const pugi::xml_attribute bytes = element.attribute(escaped.narrow)) {
-      return UnescapeBytes(bytes.value());
+    const char* text = "";
+    const char* bytes = nullptr;
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+      const std::string_view name = attribute.name();
+      if (name == escaped.narrow) bytes = attribute.value();
+      if (name == plain.narrow) text = attribute.value();
     }
-    return Loom::string(element.attribute(plain.narrow).value());
+    return bytes != nullptr ? UnescapeBytes(bytes) : Loom::string(text);
   }
   static std::size_t ChildCount(Element element) {
     return static_cast<std::size_t>(std::distance(element.begin(), element.end()));

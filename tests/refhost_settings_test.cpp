@@ -209,6 +209,27 @@ TEST_F(RefhostSettingsTest, SettingsFileFormatAndRoundTrip) {
   EXPECT_EQ(Dump(loaded), Dump(tree));
 }
 
+// A file is built from the parser's tree, a document in memory from the host's DOM: the
+// same text gives the same tree either way, also where a sloppy file gives an attribute
+// twice (the later wins) or both the plain and the escaped form (the escaped wins).
+TEST_F(RefhostSettingsTest, FileAndDocumentReadersBuildTheSameTree) {
+  const std::string xml =
+      "<settings value='r' value='root'><item key='a' key='b' value='1' value='2'/>"
+      "<item value-bytes='%41' key='c' value='x'/><other key='skipped'/>"
+      "<item key-bytes='d%00' key='e'><item key='b' value='merged'/></item></settings>";
+  WriteText(dir_ / "f.xml", xml);
+  PersistentSettings fromFile;
+  fromFile.setBackingStoreIO(FileStore("f.xml", 0, 1));
+  ASSERT_TRUE(fromFile.loadSettings());
+  SmartPtr<refhost::MemoryBackingStore> store(new refhost::MemoryBackingStore());
+  ASSERT_TRUE(store->setXml(xml));
+  PersistentSettings fromDocument;
+  fromDocument.setBackingStoreIO(store);
+  ASSERT_TRUE(fromDocument.loadSettings());
+  EXPECT_EQ(Dump(fromFile), std::string("=root{b=2,c=A,d") + '\0' + "={b=merged}}");
+  EXPECT_EQ(Dump(fromDocument), Dump(fromFile));
+}
+
 TEST_F(RefhostSettingsTest, FileStoreFlags) {
   const struct {
     int createMissing;
