@@ -148,7 +148,9 @@ bool BuildSettings(typename Reader::Element root, SettingsNode& target) {
   // the later value wins and merged children keep the order they had in the file.
   std::deque<std::pair<typename Reader::Element, SettingsNode*>> pending{{root, &target}};
   while (!pending.empty()) {
-    const auto [from, to] = pending.front();
+    // Named apart, not bound: clang 14 cannot capture a structured binding.
+    const typename Reader::Element from = pending.front().first;
+    SettingsNode* const to = pending.front().second;
     pending.pop_front();
     to->reserveChildren(Reader::ChildCount(from));
     Reader::ForEachChild(from, [&](typename Reader::Element item) {
