@@ -181,6 +181,38 @@ TEST_F(RefhostSettingsTest, IndexCreatesLastFindAndRemoveDoNot) {
   EXPECT_THROW(tree.childAt(3), std::out_of_range);
 }
 
+// Keys taken out of the middle of probe runs, and added again, stay findable: the index
+// moves the rest of a run back into the gap a removal leaves.
+TEST_F(RefhostSettingsTest, IndexFindsEveryKeyThroughRemovalsAndAdditions) {
+  constexpr int kKeys = 3000;
+  const auto key = [](int i) { return Loom::string(std::to_string(i).c_str()); };
+  PersistentSettings tree;
+  for (int i = 0; i < kKeys; ++i) tree[key(i)] = key(i);
+  const auto removed = [](int i, int round) { return (i * 7 + round) % 3 == 0; };
+  for (int round = 0; round < 3; ++round) {
+    SCOPED_TRACE(round);
+    for (int i = 0; i < kKeys; ++i) {
+      if (removed(i, round)) {
+        EXPECT_TRUE(tree.remove(key(i)));
+      }
+    }
+    std::size_t present = 0;
+    for (int i = 0; i < kKeys; ++i) {
+      PersistentItem* found = tree.find(key(i));
+      ASSERT_EQ(found != nullptr, !removed(i, round)) << i;
+      if (found != nullptr) {
+        EXPECT_EQ(Loom::string(*found), key(i));
+      }
+      present += found != nullptr;
+    }
+    EXPECT_EQ(tree.getNumChildren(), present);
+    for (int i = 0; i < kKeys; ++i) {
+      if (removed(i, round)) tree[key(i)] = key(i);
+    }
+  }
+  EXPECT_EQ(tree.getNumChildren(), static_cast<std::size_t>(kKeys));
+}
+
 TEST_F(RefhostSettingsTest, SettingsFileFormatAndRoundTrip) {
   PersistentSettings tree;
   tree["TEMPLATE"]["TEMPLATE_BUTTON_1"] = "Draft";
