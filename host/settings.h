@@ -98,6 +98,8 @@ class ArchiveBackingStoreIO final : public BackingStoreIO {
   ~ArchiveBackingStoreIO() override;
   SmartPtr<Dom::Document> read() override;
   bool write(Dom::Document* document) override;
+  Archive* archive() const { return archive_.get(); }
+  const wstring& member() const { return member_; }
 
  private:
   SmartPtr<Archive> archive_;

@@ -57,14 +57,23 @@ std::optional<std::filesystem::path> StoredFile(BackingStoreIO* store) {
   return refhost::NativePath(file->path());
 }
 
+// The text of an archive member; nothing when it is missing.
+std::optional<std::string> MemberText(const ArchiveBackingStoreIO& store) {
+  Archive* const archive = store.archive();
+  if (archive == nullptr || !archive->exists(store.member())) return std::nullopt;
+  return std::string(archive->read(store.member()));
+}
+
 // The stored settings tree of `store` built into `target`; false when there is none.
-// A file is built straight from its text: a DOM tree in between would cost its size
-// again, twice over in UTF-16. A tree that does not convert (text that is not valid
-// Unicode) counts as unreadable.
+// Text, from a file or an archive member, is built straight into the tree: a DOM tree in
+// between would cost its size again, twice over in UTF-16. A tree that does not convert
+// (text that is not valid Unicode) counts as unreadable.
 bool ReadStoredTree(BackingStoreIO* store, refhost::SettingsNode& target) {
   if (store == nullptr) return false;
-  if (const std::optional<std::filesystem::path> path = StoredFile(store)) {
-    std::optional<std::string> text = refhost::ReadWholeFile(*path);
+  const std::optional<std::filesystem::path> path = StoredFile(store);
+  const auto* member = dynamic_cast<const ArchiveBackingStoreIO*>(store);
+  if (path || member != nullptr) {
+    std::optional<std::string> text = path ? refhost::ReadWholeFile(*path) : MemberText(*member);
     pugi::xml_document parsed;
     std::string error;
     int line = 0;
