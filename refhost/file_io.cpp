@@ -1,5 +1,6 @@
 #include "refhost/file_io.h"
 
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <system_error>
@@ -39,8 +40,8 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
   if (!in) return std::nullopt;
   // Read at the size the file has, so a large file costs its size once rather than the
   // doublings of a growing string; a file that grows meanwhile is read to its end.
-  std::string bytes(static_cast<std::size_t>(std::filesystem::file_size(path, error)), '\0');
-  if (error) bytes.clear();
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  std::string bytes(error ? 0 : static_cast<std::size_t>(size), '\0');
   in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   bytes.resize(static_cast<std::size_t>(in.gcount()));
   if (!in.eof()) bytes.append(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
