@@ -166,6 +166,7 @@ bool BuildSettings(typename Reader::Element root, SettingsNode& target) {
 }
 
 }  // namespace
+
 Loom::SmartPtr<Loom::Dom::Node> SettingsToDom(const SettingsNode& root) {
   Loom::SmartPtr<Loom::Dom::Node> settings = Loom::Dom::createNode(kSettingsElement);
   if (!settings) return nullptr;

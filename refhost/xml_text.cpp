@@ -239,14 +239,14 @@ bool ParseXmlText(std::string xml, pugi::xml_document& document, int maxDepth, s
   }
   const pugi::xml_parse_result result =
       document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
-  // The document holds its own copy. A parameter taken by value lives until the end of
-  // the caller's full expression, which may go on to build from `document`.
-  if (result) std::string().swap(xml);
   if (!result) {
     error = result.description();
     line = LineAt(xml, result.offset);
     return false;
   }
+  // The document holds its own copy. A parameter taken by value lives until the end of
+  // the caller's full expression, which may go on to build from `document`.
+  std::string().swap(xml);
   return true;
 }
 
