@@ -10,6 +10,7 @@
 #include "refhost/file_io.h"
 #include "refhost/host_ref.h"
 #include "refhost/settings_marks.h"
+#include "refhost/settings_text.h"
 #include "refhost/settings_tree.h"
 #include "refhost/text.h"
 #include "refhost/xml_text.h"
@@ -65,21 +66,17 @@ std::optional<std::string> MemberText(const ArchiveBackingStoreIO& store) {
 }
 
 // The stored settings tree of `store` built into `target`; false when there is none.
-// Text, from a file or an archive member, is built straight into the tree: a DOM tree in
-// between would cost its size again, twice over in UTF-16. A tree that does not convert
-// (text that is not valid Unicode) counts as unreadable.
+// Text, from a file or an archive member, is built straight into the tree
+// (refhost/settings_text.h): a DOM tree in between would cost its size again, twice over
+// in UTF-16. A tree that does not convert (text that is not valid Unicode) counts as
+// unreadable.
 bool ReadStoredTree(BackingStoreIO* store, refhost::SettingsNode& target) {
   if (store == nullptr) return false;
   const std::optional<std::filesystem::path> path = StoredFile(store);
   const auto* member = dynamic_cast<const ArchiveBackingStoreIO*>(store);
   if (path || member != nullptr) {
     std::optional<std::string> text = path ? refhost::ReadWholeFile(*path) : MemberText(*member);
-    pugi::xml_document parsed;
-    std::string error;
-    int line = 0;
-    return text &&
-           refhost::ParseXmlText(std::move(*text), parsed, refhost::kMaxXmlDepth, error, line) &&
-           refhost::SettingsFromXml(parsed.document_element(), target);
+    return text && refhost::SettingsFromText(std::move(*text), target);
   }
   const SmartPtr<Dom::Document> document = store->read();
   if (!document) return false;

@@ -10,13 +10,13 @@ namespace {
 
 constexpr std::size_t kSmallestTable = 8;
 
-std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
-
 }  // namespace
+
+std::size_t SettingsIndex::Hash(std::string_view key) { return std::hash<std::string_view>()(key); }
 
 SettingsNode* SettingsIndex::find(std::string_view key) const {
   if (size_ == 0) return nullptr;
-  const std::size_t hash = HashOf(key);
+  const std::size_t hash = Hash(key);
   for (std::size_t at = slotOf(hash);; at = slotOf(at + 1)) {
     const Slot& slot = slots_[at];
     if (slot.node == nullptr) return nullptr;
@@ -26,13 +26,26 @@ SettingsNode* SettingsIndex::find(std::string_view key) const {
 
 void SettingsIndex::insert(SettingsNode* node) {
   if (2 * (size_ + 1) > slots_.size()) rehash(std::max(kSmallestTable, 2 * slots_.size()));
-  place(HashOf(node->key()), node);
+  place(Hash(node->key()), node);
   ++size_;
+}
+
+SettingsNode* SettingsIndex::insertUnlessHeld(SettingsNode* node, std::size_t hash) {
+  if (2 * (size_ + 1) > slots_.size()) rehash(std::max(kSmallestTable, 2 * slots_.size()));
+  const std::string_view key = node->key();
+  std::size_t at = slotOf(hash);
+  for (; slots_[at].node != nullptr; at = slotOf(at + 1)) {
+    const Slot& slot = slots_[at];
+    if (slot.hash == hash && std::string_view(slot.node->key()) == key) return slot.node;
+  }
+  slots_[at] = Slot{hash, node};
+  ++size_;
+  return nullptr;
 }
 
 void SettingsIndex::erase(const SettingsNode* node) {
   if (size_ == 0) return;
-  std::size_t hole = slotOf(HashOf(node->key()));
+  std::size_t hole = slotOf(Hash(node->key()));
   while (slots_[hole].node != node) {
     if (slots_[hole].node == nullptr) return;
     hole = slotOf(hole + 1);

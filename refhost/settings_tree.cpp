@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "refhost/settings_build.h"
 #include "refhost/settings_marks.h"
 
 namespace refhost {
@@ -19,12 +20,23 @@ SettingsNode::SettingsNode(SettingsTree* tree, Loom::string key)
 
 SettingsNode::~SettingsNode() { deleteChildren(); }
 
+void SettingsNode::operator delete(SettingsNode* node, std::destroying_delete_t) {
+  SettingsNodeBlock* const block = node->block_;
+  node->~SettingsNode();
+  if (block != nullptr) {
+    block->release();
+  } else {
+    ::operator delete(node);
+  }
+}
+
 void SettingsNode::deleteChildren() {
+  children_.reset();
+  if (first_ == nullptr) return;  // a leaf, as most are
   // The first children of the lists still to delete; each node's own list is taken from
   // it before it is deleted, so no destructor below finds children of its own.
   std::vector<SettingsNode*> lists{std::exchange(first_, nullptr)};
   last_ = nullptr;
-  children_.reset();
   while (!lists.empty()) {
     SettingsNode* node = lists.back();
     lists.pop_back();

@@ -12,7 +12,8 @@
 // finding, adding and removing a child cost the same however many siblings it has;
 // childAt reads a position table rebuilt on first use after a removal. No walk of a tree
 // (copy, conversion, destruction, marks) recurses on the machine stack, so trees of any
-// depth are safe.
+// depth are safe. A tree read from a stored document is made by SettingsBuild
+// (refhost/settings_build.h), whose nodes share blocks of memory.
 //
 // mark / keep / revert: see settings_marks.h. Every change of a tree goes through the few
 // primitives below (setValue, appendChild, removeChild, insertChild), which tell the
@@ -23,6 +24,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -39,8 +41,10 @@ class xml_node;
 
 namespace refhost {
 
+class SettingsBuild;
 class SettingsMarks;
 class SettingsNode;
+class SettingsNodeBlock;
 
 // What the nodes of one tree share: the tree they belong to (named in the changes told to
 // the store observer, change_observer.h) and its marks. Nodes built outside a tree (a
@@ -62,6 +66,9 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode(SettingsTree* tree, Loom::string key);
   // Destroys the whole subtree, without recursion.
   ~SettingsNode();
+  // Every node is deleted this way, whether it was made on its own (new) or in a block
+  // of a build, which goes when its last node does.
+  static void operator delete(SettingsNode* node, std::destroying_delete_t);
 
   PersistentItem& operator[](const Loom::string& key) override { return ensureChild(key); }
   using PersistentItem::operator[];
@@ -116,6 +123,7 @@ class SettingsNode final : public Loom::Services::PersistentItem {
       std::unordered_map<const SettingsNode*, SettingsNode*>* copies = nullptr) const;
 
  private:
+  friend class SettingsBuild;
   friend class SettingsMarks;
 
   void link(SettingsNode& child, SettingsNode* next);
@@ -144,8 +152,11 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode* prev_ = nullptr;
   SettingsNode* next_ = nullptr;
   std::uint64_t order_ = 0;
+  // The order number the next child gets; while a build appends children, their count.
   std::uint64_t nextOrder_ = 0;
   std::unique_ptr<Children> children_;
+  // The block this node was made in; null when it was made on its own.
+  SettingsNodeBlock* block_ = nullptr;
   // How many journal entries of marks hold this node since it was removed.
   int journalHolds_ = 0;
 };

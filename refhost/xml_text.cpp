@@ -84,8 +84,9 @@ void CheckText(std::u16string_view text) {
   });
 }
 
-// Where the first byte of `text` that is not part of valid UTF-8 sits (the size when
-// none). ASCII, the bulk of every file of the host, is checked eight bytes at a time; a
+}  // namespace
+
+// ASCII, the bulk of every file of the host, is checked eight bytes at a time; a
 // multi-byte sequence never spans an ASCII byte, so each run of other bytes is checked on
 // its own.
 std::size_t FirstInvalidUtf8(std::string_view text) {
@@ -115,6 +116,29 @@ std::size_t FirstInvalidUtf8(std::string_view text) {
   }
   return text.size();
 }
+
+bool IsXmlChar(char32_t c) { return c < kBeyondUnicode && InRanges(c, kCharRanges); }
+
+std::optional<CharacterReference> ReadCharacterReference(std::string_view text) {
+  if (!text.starts_with("&#")) return std::nullopt;
+  const bool hex = text.size() > 2 && text[2] == 'x';
+  const std::size_t first = hex ? 3 : 2;
+  std::size_t end = first;
+  char32_t code = 0;
+  for (; end < text.size(); ++end) {
+    const char c = text[end];
+    const int digit = c >= '0' && c <= '9'          ? c - '0'
+                      : hex && c >= 'a' && c <= 'f' ? c - 'a' + 10
+                      : hex && c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                                    : -1;
+    if (digit < 0) break;
+    code = std::min<char32_t>(code * (hex ? 16 : 10) + static_cast<char32_t>(digit), kBeyondUnicode);
+  }
+  if (end == first || end == text.size() || text[end] != ';') return std::nullopt;
+  return CharacterReference{code, end + 1};
+}
+
+namespace {
 
 std::string DepthFault(int maxDepth) {
   return "elements nested deeper than " + std::to_string(maxDepth) + " levels";
@@ -185,30 +209,13 @@ TextFault FirstBeyondLimits(std::string_view xml, int maxDepth) {
 // text is searched whole, so such a reference is refused in a comment or a CDATA section
 // too, where it would stand for itself: no file of the host holds either.
 TextFault FirstBadCharacterReference(std::string_view xml) {
-  constexpr std::uint32_t kBeyondUnicode = 0x110000;
   for (std::size_t at = 0; (at = xml.find("&#", at)) != std::string_view::npos; at += 2) {
-    const bool hex = at + 2 < xml.size() && xml[at + 2] == 'x';
-    const std::size_t first = at + (hex ? 3 : 2);
-    std::size_t end = first;
-    std::uint32_t code = 0;
-    for (; end < xml.size(); ++end) {
-      const char c = xml[end];
-      const int digit = c >= '0' && c <= '9'          ? c - '0'
-                        : hex && c >= 'a' && c <= 'f' ? c - 'a' + 10
-                        : hex && c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                                      : -1;
-      if (digit < 0) break;
-      code = std::min<std::uint32_t>(code * (hex ? 16 : 10) + static_cast<std::uint32_t>(digit),
-                                     kBeyondUnicode);
-    }
-    // Without digits or the closing ';' it is no reference: pugixml keeps it as text.
-    if (end == first || end == xml.size() || xml[end] != ';') continue;
-    if (code == kBeyondUnicode || !InRanges(static_cast<char32_t>(code), kCharRanges)) {
-      return {at, "a character reference to " +
-                      (code == kBeyondUnicode ? std::string("no Unicode character")
-                                              : CodePointName(static_cast<char32_t>(code))) +
-                      ", which XML cannot carry"};
-    }
+    const std::optional<CharacterReference> reference = ReadCharacterReference(xml.substr(at));
+    if (!reference || IsXmlChar(reference->code)) continue;
+    return {at, "a character reference to " +
+                    (reference->code == kBeyondUnicode ? std::string("no Unicode character")
+                                                       : CodePointName(reference->code)) +
+                    ", which XML cannot carry"};
   }
   return {};
 }

@@ -17,6 +17,8 @@
 #pragma once
 
 #include <pugixml.hpp>
+#include <cstddef>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -71,6 +73,25 @@ void AppendCheckedAttribute(pugi::xml_node element, std::u16string_view name,
 
 // True when `text` is UTF-8 of characters XML 1.0 can carry.
 bool XmlCanCarry(std::string_view text);
+
+// Where the first byte of `text` that is not part of valid UTF-8 sits (the size when
+// none).
+std::size_t FirstInvalidUtf8(std::string_view text);
+
+// Whether XML 1.0 can carry the code point `c` (a character reference to any other is
+// refused).
+bool IsXmlChar(char32_t c);
+
+// A numeric character reference at the start of `text` ("&#233;", "&#xE9;"): the code
+// point it names, kBeyondUnicode for any past U+10FFFF, and its length with the ';'.
+// Nothing when it has no digits or no ';' (an upper-case 'X' is no digit): pugixml keeps
+// such text as it stands.
+inline constexpr char32_t kBeyondUnicode = 0x110000;
+struct CharacterReference {
+  char32_t code;
+  std::size_t length;
+};
+std::optional<CharacterReference> ReadCharacterReference(std::string_view text);
 
 // The saved text of `document`: declaration, two blanks of indentation per level.
 std::string SaveXmlText(const pugi::xml_document& document);

@@ -1,0 +1,272 @@
+#include "refhost/settings_text.h"
+
+#include <utf8.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <optional>
+#include <pugixml.hpp>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "refhost/settings_build.h"
+#include "refhost/settings_form.h"
+#include "refhost/settings_tree.h"
+#include "refhost/xml_text.h"
+
+namespace refhost {
+namespace {
+
+// What a byte can be in the host's form.
+enum ByteClass : std::uint8_t {
+  kBlank = 1,      // XML's blanks, between tags and attributes
+  kNameStart = 2,  // starts an attribute name: ASCII letters, '_', ':'
+  kNameByte = 4,   // goes on in one: also digits, '-', '.'
+  kValueStop = 8,  // ends a run of bytes a value takes as they are
+};
+
+constexpr std::array<std::uint8_t, 256> kByteClasses = [] {
+  std::array<std::uint8_t, 256> classes{};
+  const auto add = [&classes](int c, std::uint8_t byteClass) {
+    classes[static_cast<unsigned char>(c)] |= byteClass;
+  };
+  for (const char c : {' ', '\t', '\n', '\r'}) add(c, kBlank);
+  for (int c = 'a'; c <= 'z'; ++c) add(c, kNameStart | kNameByte);
+  for (int c = 'A'; c <= 'Z'; ++c) add(c, kNameStart | kNameByte);
+  for (const char c : {'_', ':'}) add(c, kNameStart | kNameByte);
+  for (int c = '0'; c <= '9'; ++c) add(c, kNameByte);
+  for (const char c : {'-', '.'}) add(c, kNameByte);
+  // The quotes (the closing one, or the other kept), references, the blanks pugixml
+  // turns into ' ', and NUL: the end of the text, or a byte pugixml refuses.
+  for (const char c : {'"', '\'', '&', '\t', '\n', '\r', '\0'}) add(c, kValueStop);
+  return classes;
+}();
+
+bool Is(char c, ByteClass byteClass) {
+  return (kByteClasses[static_cast<unsigned char>(c)] & byteClass) != 0;
+}
+
+// The named entities pugixml decodes; it keeps any other '&' as text, and so does the
+// general path, to which the reader leaves it.
+struct Entity {
+  std::string_view reference;
+  char character;
+};
+constexpr std::array kEntities = {Entity{"&lt;", '<'}, Entity{"&gt;", '>'}, Entity{"&amp;", '&'},
+                                  Entity{"&quot;", '"'}, Entity{"&apos;", '\''}};
+
+constexpr std::string_view kDeclaration = "<?xml";
+constexpr std::string_view kDeclarationEnd = "?>";
+
+bool StartsWith(const char* at, std::string_view prefix) {
+  // strncmp stops at the text's terminating NUL, so it never reads past the text.
+  return std::strncmp(at, prefix.data(), prefix.size()) == 0;
+}
+
+// The attributes of one element that the tree takes, each the later of any given twice,
+// as pugixml gives their values.
+struct Attributes {
+  Loom::string key, keyBytes, value, valueBytes;
+  bool hasKeyBytes = false;
+  bool hasValueBytes = false;
+  // Any other attribute's value, read only to check it.
+  Loom::string other;
+
+  void clear() {
+    key.clear();
+    value.clear();
+    hasKeyBytes = hasValueBytes = false;
+  }
+  // Where the value of the attribute `name` goes.
+  Loom::string& of(std::string_view name) {
+    if (name == kKeyAttribute.narrow) return key;
+    if (name == kValueAttribute.narrow) return value;
+    if (name == kKeyBytesAttribute.narrow) {
+      hasKeyBytes = true;
+      return keyBytes;
+    }
+    if (name == kValueBytesAttribute.narrow) {
+      hasValueBytes = true;
+      return valueBytes;
+    }
+    return other;
+  }
+  // The escaped form wins over the plain one, as in every reader.
+  Loom::string takeKey() { return hasKeyBytes ? UnescapeBytes(keyBytes) : std::move(key); }
+  Loom::string takeValue() { return hasValueBytes ? UnescapeBytes(valueBytes) : std::move(value); }
+};
+
+// Reads text in the host's form into a build. The text ends in std::string's terminating
+// NUL, which stops every scan below: no byte is looked at past it, and meeting a NUL
+// before the end means one in the text, which the general path refuses.
+class FormReader {
+ public:
+  FormReader(const std::string& text, SettingsBuild& build)
+      : at_(text.c_str()), end_(text.c_str() + text.size()), build_(build) {}
+
+  // False when the text is not in the host's form; the build then holds part of it.
+  bool read(SettingsNode& root);
+
+ private:
+  bool declaration();
+  void skipBlanks() {
+    while (Is(*at_, kBlank)) ++at_;
+  }
+  // From just after '<': the element `name` and its attributes, up to '>' or "/>".
+  bool startTag(std::string_view name, bool& empty);
+  // From just after "</".
+  bool endTag(std::string_view name);
+  bool attributeValue(Loom::string& value);
+  bool reference(Loom::string& value);
+
+  const char* at_;
+  const char* const end_;
+  SettingsBuild& build_;
+  Attributes attributes_;
+  std::size_t elements_ = 0;
+  // The elements open around the reader: the root, then items.
+  std::vector<SettingsNode*> open_;
+};
+
+bool FormReader::read(SettingsNode& root) {
+  bool empty = false;
+  if (!declaration()) return false;
+  skipBlanks();
+  if (*at_++ != '<' || !startTag(kSettingsElement.narrow, empty)) return false;
+  root.setValue(attributes_.takeValue());
+  if (!empty) open_.push_back(&root);
+  while (!open_.empty()) {
+    skipBlanks();
+    if (at_[0] != '<') return false;
+    if (at_[1] == '/') {
+      at_ += 2;
+      if (!endTag(open_.size() == 1 ? kSettingsElement.narrow : kItemElement.narrow)) return false;
+      open_.pop_back();
+      continue;
+    }
+    ++at_;
+    if (!startTag(kItemElement.narrow, empty)) return false;
+    SettingsNode& item = build_.append(*open_.back(), attributes_.takeKey(), attributes_.takeValue());
+    if (empty) continue;
+    if (open_.size() == static_cast<std::size_t>(kMaxXmlDepth)) return false;
+    open_.push_back(&item);
+  }
+  skipBlanks();
+  return at_ == end_;
+}
+
+// The declaration the host writes, when the text starts with one: "<?xml" and a blank, up
+// to the first "?>", holding nothing the general path could refuse ('&' may start a
+// character reference) or count as a tag.
+bool FormReader::declaration() {
+  if (!StartsWith(at_, kDeclaration) || !Is(at_[kDeclaration.size()], kBlank)) return true;
+  for (const char* at = at_ + kDeclaration.size(); *at != '\0'; ++at) {
+    if (StartsWith(at, kDeclarationEnd)) {
+      at_ = at + kDeclarationEnd.size();
+      return true;
+    }
+    if (*at == '&' || *at == '<') return false;
+  }
+  return false;
+}
+
+bool FormReader::startTag(std::string_view name, bool& empty) {
+  if (!StartsWith(at_, name)) return false;
+  at_ += name.size();
+  if (++elements_ > static_cast<std::size_t>(kMaxXmlElements)) return false;
+  attributes_.clear();
+  for (int count = 0;; ++count) {
+    const bool blank = Is(*at_, kBlank);
+    skipBlanks();
+    if (*at_ == '>' || (at_[0] == '/' && at_[1] == '>')) {
+      empty = *at_ == '/';
+      at_ += empty ? 2 : 1;
+      return true;
+    }
+    // An attribute only follows a blank (else the element's name goes on, or the text is
+    // malformed).
+    if (!blank || !Is(*at_, kNameStart) || count == kMaxAttributes) return false;
+    const char* const attributeName = at_;
+    while (Is(*at_, kNameByte)) ++at_;
+    Loom::string& value = attributes_.of(std::string_view(attributeName, at_ - attributeName));
+    skipBlanks();
+    if (*at_ != '=') return false;
+    ++at_;
+    skipBlanks();
+    if (!attributeValue(value)) return false;
+  }
+}
+
+bool FormReader::endTag(std::string_view name) {
+  if (!StartsWith(at_, name)) return false;
+  at_ += name.size();
+  skipBlanks();
+  return *at_++ == '>';
+}
+
+bool FormReader::attributeValue(Loom::string& value) {
+  const char quote = *at_;
+  if (quote != '"' && quote != '\'') return false;
+  ++at_;
+  value.clear();
+  for (;;) {
+    const char* const run = at_;
+    while (!Is(*at_, kValueStop)) ++at_;
+    value.append(run, static_cast<std::size_t>(at_ - run));
+    const char stop = *at_;
+    if (stop == quote) {
+      ++at_;
+      return true;
+    }
+    if (stop == '&') {
+      if (!reference(value)) return false;
+    } else if (stop == '"' || stop == '\'') {
+      value.push_back(*at_++);
+    } else if (stop == '\0') {
+      return false;
+    } else {
+      // pugixml gives a tab or a line break in a value as a blank, "\r\n" as one.
+      value.push_back(' ');
+      at_ += stop == '\r' && at_[1] == '\n' ? 2 : 1;
+    }
+  }
+}
+
+bool FormReader::reference(Loom::string& value) {
+  for (const Entity& entity : kEntities) {
+    if (StartsWith(at_, entity.reference)) {
+      value.push_back(entity.character);
+      at_ += entity.reference.size();
+      return true;
+    }
+  }
+  const std::optional<CharacterReference> reference =
+      ReadCharacterReference(std::string_view(at_, static_cast<std::size_t>(end_ - at_)));
+  if (!reference || !IsXmlChar(reference->code)) return false;
+  utf8::unchecked::append(static_cast<std::uint32_t>(reference->code), std::back_inserter(value));
+  at_ += reference->length;
+  return true;
+}
+
+}  // namespace
+
+bool SettingsFromText(std::string text, SettingsNode& target) {
+  {
+    SettingsBuild build(target);
+    if (FirstInvalidUtf8(text) == text.size() && FormReader(text, build).read(target)) {
+      build.finish();
+      return true;
+    }
+    build.abandon();
+  }
+  pugi::xml_document parsed;
+  std::string error;
+  int line = 0;
+  return ParseXmlText(std::move(text), parsed, kMaxXmlDepth, error, line) &&
+         SettingsFromXml(parsed.document_element(), target);
+}
+
+}  // namespace refhost
