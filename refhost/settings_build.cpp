@@ -48,7 +48,8 @@ SettingsBuild::~SettingsBuild() {
   if (block_ != nullptr) block_->release();
 }
 
-SettingsNode& SettingsBuild::append(SettingsNode& parent, Loom::string key, Loom::string value) {
+SettingsNode& SettingsBuild::append(SettingsNode& parent, std::string_view key,
+                                    std::string_view value) {
   void* storage = block_ != nullptr ? block_->take() : nullptr;
   if (storage == nullptr) {
     if (block_ != nullptr) block_->release();
@@ -56,9 +57,9 @@ SettingsNode& SettingsBuild::append(SettingsNode& parent, Loom::string key, Loom
     nextCapacity_ = std::min(2 * nextCapacity_, kLargestBlockNodes);
     storage = block_->take();
   }
-  auto* node = new (storage) SettingsNode(parent.tree_, std::move(key));
+  auto* node = new (storage) SettingsNode(parent.tree_, key);
   node->block_ = block_;
-  node->value_ = std::move(value);
+  node->value_.assign(value);
   node->parent_ = &parent;
   node->prev_ = parent.last_;
   (parent.last_ != nullptr ? parent.last_->next_ : parent.first_) = node;

@@ -16,6 +16,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "host/loom_base.h"
@@ -51,7 +52,7 @@ class SettingsBuild {
   SettingsBuild& operator=(const SettingsBuild&) = delete;
 
   // Appends an item last under `parent`, the root or a node this build appended.
-  SettingsNode& append(SettingsNode& parent, Loom::string key, Loom::string value);
+  SettingsNode& append(SettingsNode& parent, std::string_view key, std::string_view value);
   // Indexes the children of every node, merging items of the same key; call once, after
   // the last append. Until then the tree may only be deleted or abandoned.
   void finish();

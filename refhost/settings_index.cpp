@@ -1,7 +1,6 @@
 #include "refhost/settings_index.h"
 
 #include <bit>
-#include <functional>
 
 #include "refhost/settings_tree.h"
 
@@ -12,7 +11,6 @@ constexpr std::size_t kSmallestTable = 8;
 
 }  // namespace
 
-std::size_t SettingsIndex::Hash(std::string_view key) { return std::hash<std::string_view>()(key); }
 
 SettingsNode* SettingsIndex::find(std::string_view key) const {
   if (size_ == 0) return nullptr;

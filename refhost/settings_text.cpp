@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 #include <optional>
 #include <pugixml.hpp>
@@ -49,6 +48,18 @@ bool Is(char c, ByteClass byteClass) {
   return (kByteClasses[static_cast<unsigned char>(c)] & byteClass) != 0;
 }
 
+// Where the run of bytes of `byteClass` (or, Until, of bytes not of it) from `at` ends.
+// Scans run on a local pointer: a byte read through the reader's own cursor could, as far
+// as the compiler knows, be the cursor, which it would then store at every byte.
+const char* While(const char* at, ByteClass byteClass) {
+  while (Is(*at, byteClass)) ++at;
+  return at;
+}
+const char* Until(const char* at, ByteClass byteClass) {
+  while (!Is(*at, byteClass)) ++at;
+  return at;
+}
+
 // The named entities pugixml decodes; it keeps any other '&' as text, and so does the
 // general path, to which the reader leaves it.
 struct Entity {
@@ -61,42 +72,70 @@ constexpr std::array kEntities = {Entity{"&lt;", '<'}, Entity{"&gt;", '>'}, Enti
 constexpr std::string_view kDeclaration = "<?xml";
 constexpr std::string_view kDeclarationEnd = "?>";
 
+// Whether the text at `at` starts with `prefix`; it stops at the text's terminating NUL,
+// which no prefix holds, so it never reads past the text.
 bool StartsWith(const char* at, std::string_view prefix) {
-  // strncmp stops at the text's terminating NUL, so it never reads past the text.
-  return std::strncmp(at, prefix.data(), prefix.size()) == 0;
+  for (const char c : prefix) {
+    if (*at++ != c) return false;
+  }
+  return true;
+}
+
+constexpr std::size_t Length(const FormName& name) {
+  return std::string_view(name.narrow).size();
 }
 
 // The attributes of one element that the tree takes, each the later of any given twice,
-// as pugixml gives their values.
-struct Attributes {
-  Loom::string key, keyBytes, value, valueBytes;
-  bool hasKeyBytes = false;
-  bool hasValueBytes = false;
-  // Any other attribute's value, read only to check it.
-  Loom::string other;
+// as pugixml gives their values: a view of the text where a value is the text as it
+// stands, else of the value decoded into a string of its own.
+class Attributes {
+ public:
+  enum Slot { kKey, kKeyBytes, kValue, kValueBytes, kOther, kSlots };
 
   void clear() {
-    key.clear();
-    value.clear();
-    hasKeyBytes = hasValueBytes = false;
+    views_[kKey] = {};
+    views_[kValue] = {};
+    given_[kKeyBytes] = false;
+    given_[kValueBytes] = false;
   }
-  // Where the value of the attribute `name` goes.
-  Loom::string& of(std::string_view name) {
-    if (name == kKeyAttribute.narrow) return key;
-    if (name == kValueAttribute.narrow) return value;
-    if (name == kKeyBytesAttribute.narrow) {
-      hasKeyBytes = true;
-      return keyBytes;
+  // The names differ in length, so the length picks the one name to compare with, which
+  // is then compared at a length known when compiling.
+  static Slot SlotOf(std::string_view name) {
+    switch (name.size()) {
+      case Length(kKeyAttribute):
+        return name == kKeyAttribute.narrow ? kKey : kOther;
+      case Length(kKeyBytesAttribute):
+        return name == kKeyBytesAttribute.narrow ? kKeyBytes : kOther;
+      case Length(kValueAttribute):
+        return name == kValueAttribute.narrow ? kValue : kOther;
+      case Length(kValueBytesAttribute):
+        return name == kValueBytesAttribute.narrow ? kValueBytes : kOther;
+      default:
+        return kOther;
     }
-    if (name == kValueBytesAttribute.narrow) {
-      hasValueBytes = true;
-      return valueBytes;
-    }
-    return other;
   }
+  void set(Slot slot, std::string_view view) {
+    views_[slot] = view;
+    given_[slot] = true;
+  }
+  // Where a value of `slot` that must be decoded goes.
+  Loom::string& decoded(Slot slot) { return decoded_[slot]; }
+
   // The escaped form wins over the plain one, as in every reader.
-  Loom::string takeKey() { return hasKeyBytes ? UnescapeBytes(keyBytes) : std::move(key); }
-  Loom::string takeValue() { return hasValueBytes ? UnescapeBytes(valueBytes) : std::move(value); }
+  std::string_view key() { return text(kKey, kKeyBytes); }
+  std::string_view value() { return text(kValue, kValueBytes); }
+
+ private:
+  std::string_view text(Slot plain, Slot escaped) {
+    if (!given_[escaped]) return views_[plain];
+    unescaped_[escaped] = UnescapeBytes(views_[escaped]);
+    return unescaped_[escaped];
+  }
+
+  std::array<std::string_view, kSlots> views_{};
+  std::array<bool, kSlots> given_{};
+  std::array<Loom::string, kSlots> decoded_;
+  std::array<Loom::string, kSlots> unescaped_;
 };
 
 // Reads text in the host's form into a build. The text ends in std::string's terminating
@@ -112,14 +151,12 @@ class FormReader {
 
  private:
   bool declaration();
-  void skipBlanks() {
-    while (Is(*at_, kBlank)) ++at_;
-  }
+  void skipBlanks() { at_ = While(at_, kBlank); }
   // From just after '<': the element `name` and its attributes, up to '>' or "/>".
   bool startTag(std::string_view name, bool& empty);
   // From just after "</".
   bool endTag(std::string_view name);
-  bool attributeValue(Loom::string& value);
+  bool attributeValue(Attributes::Slot slot);
   bool reference(Loom::string& value);
 
   const char* at_;
@@ -136,7 +173,7 @@ bool FormReader::read(SettingsNode& root) {
   if (!declaration()) return false;
   skipBlanks();
   if (*at_++ != '<' || !startTag(kSettingsElement.narrow, empty)) return false;
-  root.setValue(attributes_.takeValue());
+  root.setValue(Loom::string(attributes_.value()));
   if (!empty) open_.push_back(&root);
   while (!open_.empty()) {
     skipBlanks();
@@ -149,7 +186,7 @@ bool FormReader::read(SettingsNode& root) {
     }
     ++at_;
     if (!startTag(kItemElement.narrow, empty)) return false;
-    SettingsNode& item = build_.append(*open_.back(), attributes_.takeKey(), attributes_.takeValue());
+    SettingsNode& item = build_.append(*open_.back(), attributes_.key(), attributes_.value());
     if (empty) continue;
     if (open_.size() == static_cast<std::size_t>(kMaxXmlDepth)) return false;
     open_.push_back(&item);
@@ -190,13 +227,14 @@ bool FormReader::startTag(std::string_view name, bool& empty) {
     // malformed).
     if (!blank || !Is(*at_, kNameStart) || count == kMaxAttributes) return false;
     const char* const attributeName = at_;
-    while (Is(*at_, kNameByte)) ++at_;
-    Loom::string& value = attributes_.of(std::string_view(attributeName, at_ - attributeName));
+    at_ = While(at_, kNameByte);
+    const Attributes::Slot slot = Attributes::SlotOf(
+        std::string_view(attributeName, static_cast<std::size_t>(at_ - attributeName)));
     skipBlanks();
     if (*at_ != '=') return false;
     ++at_;
     skipBlanks();
-    if (!attributeValue(value)) return false;
+    if (!attributeValue(slot)) return false;
   }
 }
 
@@ -207,18 +245,23 @@ bool FormReader::endTag(std::string_view name) {
   return *at_++ == '>';
 }
 
-bool FormReader::attributeValue(Loom::string& value) {
+bool FormReader::attributeValue(Attributes::Slot slot) {
   const char quote = *at_;
   if (quote != '"' && quote != '\'') return false;
-  ++at_;
-  value.clear();
+  const char* const start = ++at_;
+  at_ = Until(at_, kValueStop);
+  if (*at_ == quote) {
+    // As most values are: the text as it stands.
+    attributes_.set(slot, std::string_view(start, static_cast<std::size_t>(at_++ - start)));
+    return true;
+  }
+  Loom::string& value = attributes_.decoded(slot);
+  value.assign(start, static_cast<std::size_t>(at_ - start));
   for (;;) {
-    const char* const run = at_;
-    while (!Is(*at_, kValueStop)) ++at_;
-    value.append(run, static_cast<std::size_t>(at_ - run));
     const char stop = *at_;
     if (stop == quote) {
       ++at_;
+      attributes_.set(slot, value);
       return true;
     }
     if (stop == '&') {
@@ -232,6 +275,9 @@ bool FormReader::attributeValue(Loom::string& value) {
       value.push_back(' ');
       at_ += stop == '\r' && at_[1] == '\n' ? 2 : 1;
     }
+    const char* const run = at_;
+    at_ = Until(at_, kValueStop);
+    value.append(run, static_cast<std::size_t>(at_ - run));
   }
 }
 

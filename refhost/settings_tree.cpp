@@ -15,8 +15,7 @@ SettingsTree::SettingsTree(const Loom::Services::PersistentSettings* owner_)
 
 SettingsTree::~SettingsTree() = default;
 
-SettingsNode::SettingsNode(SettingsTree* tree, Loom::string key)
-    : tree_(tree), key_(std::move(key)) {}
+SettingsNode::SettingsNode(SettingsTree* tree, std::string_view key) : tree_(tree), key_(key) {}
 
 SettingsNode::~SettingsNode() { deleteChildren(); }
 
@@ -80,7 +79,7 @@ SettingsNode* SettingsNode::findChild(std::string_view key) const {
 
 SettingsNode& SettingsNode::ensureChild(std::string_view key) {
   if (SettingsNode* existing = findChild(key)) return *existing;
-  return appendChild(Loom::string(key));
+  return appendChild(key);
 }
 
 void SettingsNode::reserveChildren(std::size_t count) {
@@ -137,9 +136,7 @@ void SettingsNode::tell(Change::Kind kind, std::string_view oldValue) const {
       Change{.kind = kind, .settings = tree_->owner, .setting = this, .oldSetting = oldValue});
 }
 
-void SettingsNode::adopt(SettingsTree* tree) {
-  tree_ = tree;
-  if (first_ == nullptr) return;  // a leaf, as most are: no list to keep
+void SettingsNode::adoptDescendants(SettingsTree* tree) {
   std::vector<SettingsNode*> pending{this};
   while (!pending.empty()) {
     SettingsNode* node = pending.back();
@@ -157,8 +154,8 @@ void SettingsNode::setValue(Loom::string value) {
   tell(Change::Kind::kSettingChanged, value);
 }
 
-SettingsNode& SettingsNode::appendChild(Loom::string key) {
-  auto* child = new SettingsNode(tree_, std::move(key));
+SettingsNode& SettingsNode::appendChild(std::string_view key) {
+  auto* child = new SettingsNode(tree_, key);
   child->order_ = nextOrder_++;
   link(*child, nullptr);
   if (tree_ != nullptr) tree_->marks->recordAdded(*child);
@@ -209,7 +206,7 @@ void SettingsNode::replaceContent(SettingsNode& source) {
   nextOrder_ = source.nextOrder_;
   for (SettingsNode* child = first_; child != nullptr; child = child->next_) {
     child->parent_ = this;
-    if (child->tree_ != tree_) child->adopt(tree_);
+    child->adopt(tree_);
     if (observed) child->tell(Change::Kind::kSettingAdded);
   }
 }

@@ -63,7 +63,7 @@ struct SettingsTree {
 // the PersistentSettings.
 class SettingsNode final : public Loom::Services::PersistentItem {
  public:
-  SettingsNode(SettingsTree* tree, Loom::string key);
+  SettingsNode(SettingsTree* tree, std::string_view key);
   // Destroys the whole subtree, without recursion.
   ~SettingsNode();
   // Every node is deleted this way, whether it was made on its own (new) or in a block
@@ -105,7 +105,7 @@ class SettingsNode final : public Loom::Services::PersistentItem {
 
   // The primitives every change goes through.
   void setValue(Loom::string value);
-  SettingsNode& appendChild(Loom::string key);
+  SettingsNode& appendChild(std::string_view key);
   // Unlinks `child`: it is kept while a mark's journal needs it, else destroyed.
   void removeChild(SettingsNode& child);
   // Links the detached `child` before `next` (null: last). It keeps its order number
@@ -129,8 +129,12 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   void link(SettingsNode& child, SettingsNode* next);
   void unlink(SettingsNode& child);
   void tell(Change::Kind kind, std::string_view oldValue = {}) const;
-  // Points every node of this subtree at `tree`.
-  void adopt(SettingsTree* tree);
+  // Points every node of this subtree at `tree`; a leaf, as most nodes are, inline.
+  void adopt(SettingsTree* tree) {
+    tree_ = tree;
+    if (first_ != nullptr) adoptDescendants(tree);
+  }
+  void adoptDescendants(SettingsTree* tree);
   // Deletes the children and their subtrees, without recursion and without telling.
   void deleteChildren();
 
