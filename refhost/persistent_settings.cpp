@@ -127,14 +127,16 @@ void PersistentSettings::keep() { impl_->root.keep(); }
 void PersistentSettings::revert() { impl_->root.revert(); }
 
 bool PersistentSettings::loadSettings() {
-  // Built aside and swapped in, so a failed load leaves the tree as it was. The marks
-  // stay: they are keyed by path and apply to the new content.
+  // A failed load leaves the tree as it was. The marks stay: they are keyed by path and
+  // apply to the new content.
   const std::optional<std::filesystem::path> path = StoredFile(impl_->store.get());
   const std::optional<refhost::FileVersion> version =
       path ? refhost::VersionOf(*path) : std::nullopt;
-  refhost::SettingsNode loaded(nullptr, string());
-  if (!ReadStoredTree(impl_->store.get(), loaded)) return false;
-  impl_->root.replaceContent(loaded);
+  BackingStoreIO* const store = impl_->store.get();
+  if (!impl_->root.reread(
+          [store](refhost::SettingsNode& target) { return ReadStoredTree(store, target); })) {
+    return false;
+  }
   impl_->loaded.reset();
   if (version) impl_->loaded = LoadedFile{*path, *version, impl_->tree.changes};
   return true;

@@ -48,6 +48,8 @@ SettingsBuild::~SettingsBuild() {
   if (block_ != nullptr) block_->release();
 }
 
+void SettingsBuild::setValue(std::string_view value) { root_.value_.assign(value); }
+
 SettingsNode& SettingsBuild::append(SettingsNode& parent, std::string_view key,
                                     std::string_view value) {
   void* storage = block_ != nullptr ? block_->take() : nullptr;

@@ -45,12 +45,15 @@ class SettingsNodeBlock {
 
 class SettingsBuild {
  public:
-  // Builds into `root`, which must be empty and in no tree.
+  // Builds into `root`, which must be empty. Its nodes belong to the root's tree, but no
+  // change of theirs is recorded or told.
   explicit SettingsBuild(SettingsNode& root);
   ~SettingsBuild();
   SettingsBuild(const SettingsBuild&) = delete;
   SettingsBuild& operator=(const SettingsBuild&) = delete;
 
+  // Sets the root's value, telling nobody: a build is not a change until it is done.
+  void setValue(std::string_view value);
   // Appends an item last under `parent`, the root or a node this build appended.
   SettingsNode& append(SettingsNode& parent, std::string_view key, std::string_view value);
   // Indexes the children of every node, merging items of the same key; call once, after

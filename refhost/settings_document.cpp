@@ -123,7 +123,7 @@ template <class Reader>
 bool BuildSettings(typename Reader::Element root, SettingsNode& target) {
   if (!Reader::Is(root, kSettingsElement)) return false;
   SettingsBuild build(target);
-  target.setValue(Reader::Text(root, kValueAttribute, kValueBytesAttribute));
+  build.setValue(Reader::Text(root, kValueAttribute, kValueBytesAttribute));
   std::vector<std::pair<typename Reader::Element, SettingsNode*>> pending{{root, &target}};
   while (!pending.empty()) {
     // Named apart, not bound: clang 14 cannot capture a structured binding.

@@ -24,7 +24,8 @@ enum ByteClass : std::uint8_t {
   kBlank = 1,      // XML's blanks, between tags and attributes
   kNameStart = 2,  // starts an attribute name: ASCII letters, '_', ':'
   kNameByte = 4,   // goes on in one: also digits, '-', '.'
-  kValueStop = 8,  // ends a run of bytes a value takes as they are
+  kValueStop = 8,  // ends a run of ASCII a value takes as it stands
+  kBeyondAscii = 16,
 };
 
 constexpr std::array<std::uint8_t, 256> kByteClasses = [] {
@@ -39,8 +40,10 @@ constexpr std::array<std::uint8_t, 256> kByteClasses = [] {
   for (int c = '0'; c <= '9'; ++c) add(c, kNameByte);
   for (const char c : {'-', '.'}) add(c, kNameByte);
   // The quotes (the closing one, or the other kept), references, the blanks pugixml
-  // turns into ' ', and NUL: the end of the text, or a byte pugixml refuses.
+  // turns into ' ', NUL (the end of the text, or a byte pugixml refuses), and bytes beyond
+  // ASCII, which must be UTF-8.
   for (const char c : {'"', '\'', '&', '\t', '\n', '\r', '\0'}) add(c, kValueStop);
+  for (int c = 0x80; c <= 0xFF; ++c) add(c, kValueStop | kBeyondAscii);
   return classes;
 }();
 
@@ -140,7 +143,9 @@ class Attributes {
 
 // Reads text in the host's form into a build. The text ends in std::string's terminating
 // NUL, which stops every scan below: no byte is looked at past it, and meeting a NUL
-// before the end means one in the text, which the general path refuses.
+// before the end means one in the text, which the general path refuses. Bytes beyond
+// ASCII are taken only in values, where they are checked to be UTF-8; anywhere else they
+// leave the text to the general path, which checks the whole text.
 class FormReader {
  public:
   FormReader(const std::string& text, SettingsBuild& build)
@@ -157,6 +162,8 @@ class FormReader {
   // From just after "</".
   bool endTag(std::string_view name);
   bool attributeValue(Attributes::Slot slot);
+  // Moves over the bytes a value takes as they stand; false at bytes that are not UTF-8.
+  bool skipPlain();
   bool reference(Loom::string& value);
 
   const char* at_;
@@ -173,7 +180,7 @@ bool FormReader::read(SettingsNode& root) {
   if (!declaration()) return false;
   skipBlanks();
   if (*at_++ != '<' || !startTag(kSettingsElement.narrow, empty)) return false;
-  root.setValue(Loom::string(attributes_.value()));
+  build_.setValue(attributes_.value());
   if (!empty) open_.push_back(&root);
   while (!open_.empty()) {
     skipBlanks();
@@ -205,7 +212,7 @@ bool FormReader::declaration() {
       at_ = at + kDeclarationEnd.size();
       return true;
     }
-    if (*at == '&' || *at == '<') return false;
+    if (*at == '&' || *at == '<' || Is(*at, kBeyondAscii)) return false;
   }
   return false;
 }
@@ -249,7 +256,7 @@ bool FormReader::attributeValue(Attributes::Slot slot) {
   const char quote = *at_;
   if (quote != '"' && quote != '\'') return false;
   const char* const start = ++at_;
-  at_ = Until(at_, kValueStop);
+  if (!skipPlain()) return false;
   if (*at_ == quote) {
     // As most values are: the text as it stands.
     attributes_.set(slot, std::string_view(start, static_cast<std::size_t>(at_++ - start)));
@@ -276,8 +283,20 @@ bool FormReader::attributeValue(Attributes::Slot slot) {
       at_ += stop == '\r' && at_[1] == '\n' ? 2 : 1;
     }
     const char* const run = at_;
-    at_ = Until(at_, kValueStop);
+    if (!skipPlain()) return false;
     value.append(run, static_cast<std::size_t>(at_ - run));
+  }
+}
+
+bool FormReader::skipPlain() {
+  for (;;) {
+    at_ = Until(at_, kValueStop);
+    if (!Is(*at_, kBeyondAscii)) return true;
+    // A sequence of UTF-8 never holds an ASCII byte, so each run beyond ASCII is checked
+    // on its own.
+    const char* const end = While(at_, kBeyondAscii);
+    if (utf8::find_invalid(at_, end) != end) return false;
+    at_ = end;
   }
 }
 
@@ -302,7 +321,7 @@ bool FormReader::reference(Loom::string& value) {
 bool SettingsFromText(std::string text, SettingsNode& target) {
   {
     SettingsBuild build(target);
-    if (FirstInvalidUtf8(text) == text.size() && FormReader(text, build).read(target)) {
+    if (FormReader(text, build).read(target)) {
       build.finish();
       return true;
     }

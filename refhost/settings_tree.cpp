@@ -211,6 +211,49 @@ void SettingsNode::replaceContent(SettingsNode& source) {
   }
 }
 
+bool SettingsNode::reread(const std::function<bool(SettingsNode&)>& read) {
+  if (tree_ != nullptr && tree_->marks->journaling()) {
+    SettingsNode built(nullptr, {});
+    if (!read(built)) return false;
+    replaceContent(built);
+    return true;
+  }
+  SettingsNode aside(nullptr, {});
+  aside.takeContent(*this);
+  const auto restore = [&] {
+    deleteChildren();
+    takeContent(aside);
+  };
+  try {
+    if (!read(*this)) {
+      restore();
+      return false;
+    }
+  } catch (...) {
+    restore();
+    throw;
+  }
+  // Told as replaceContent tells: the value, each old child still in place, each new one.
+  tell(Change::Kind::kSettingChanged, aside.value_);
+  if (tree_ != nullptr && StoreObserver() != nullptr) {
+    for (const SettingsNode* child = aside.first_; child != nullptr; child = child->next_) {
+      child->tell(Change::Kind::kSettingRemoved);
+    }
+    for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
+      child->tell(Change::Kind::kSettingAdded);
+    }
+  }
+  return true;
+}
+
+void SettingsNode::takeContent(SettingsNode& from) {
+  value_ = std::exchange(from.value_, Loom::string());
+  first_ = std::exchange(from.first_, nullptr);
+  last_ = std::exchange(from.last_, nullptr);
+  children_ = std::move(from.children_);
+  nextOrder_ = std::exchange(from.nextOrder_, 0);
+}
+
 std::unique_ptr<SettingsNode> SettingsNode::copy(
     SettingsTree* tree, std::unordered_map<const SettingsNode*, SettingsNode*>* copies) const {
   auto top = std::make_unique<SettingsNode>(tree, key_);

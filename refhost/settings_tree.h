@@ -23,6 +23,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -116,6 +117,12 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   // left empty. Costs the number of children removed and moved in, plus the size of the
   // moved subtrees when this tree's nodes need to be told apart from the source's.
   void replaceContent(SettingsNode& source);
+  // Replaces the value and the children by what `read` builds (with a SettingsBuild) into
+  // the empty node it is given; false, with the content as it was, when `read` fails.
+  // Unless a mark's journal must record the change child by child, `read` builds in place,
+  // so its nodes are made where they stay: the old content waits aside meanwhile, its
+  // children still pointing here, and comes back on failure or is deleted after.
+  bool reread(const std::function<bool(SettingsNode&)>& read);
   // A detached deep copy of this subtree, keeping order numbers, for `tree` (null: none).
   // When `copies` is given, it maps each node copied to its copy.
   std::unique_ptr<SettingsNode> copy(
@@ -137,6 +144,9 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   void adoptDescendants(SettingsTree* tree);
   // Deletes the children and their subtrees, without recursion and without telling.
   void deleteChildren();
+  // Takes over the value and the children of `from`, which is left empty, without
+  // pointing the children here: only to set content aside and back.
+  void takeContent(SettingsNode& from);
 
   // What only a node with children needs, made with its first child: leaves, most of a
   // tree, stay small.

@@ -84,9 +84,8 @@ void CheckText(std::u16string_view text) {
   });
 }
 
-}  // namespace
-
-// ASCII, the bulk of every file of the host, is checked eight bytes at a time; a
+// Where the first byte of `text` that is not part of valid UTF-8 sits (the size when
+// none). ASCII, the bulk of every file of the host, is checked eight bytes at a time; a
 // multi-byte sequence never spans an ASCII byte, so each run of other bytes is checked on
 // its own.
 std::size_t FirstInvalidUtf8(std::string_view text) {
@@ -116,6 +115,8 @@ std::size_t FirstInvalidUtf8(std::string_view text) {
   }
   return text.size();
 }
+
+}  // namespace
 
 bool IsXmlChar(char32_t c) { return c < kBeyondUnicode && InRanges(c, kCharRanges); }
 

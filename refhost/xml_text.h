@@ -74,10 +74,6 @@ void AppendCheckedAttribute(pugi::xml_node element, std::u16string_view name,
 // True when `text` is UTF-8 of characters XML 1.0 can carry.
 bool XmlCanCarry(std::string_view text);
 
-// Where the first byte of `text` that is not part of valid UTF-8 sits (the size when
-// none).
-std::size_t FirstInvalidUtf8(std::string_view text);
-
 // Whether XML 1.0 can carry the code point `c` (a character reference to any other is
 // refused).
 bool IsXmlChar(char32_t c);
