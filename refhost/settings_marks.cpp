@@ -9,14 +9,19 @@
 namespace refhost {
 
 // How to undo one change. A removed node is held by the entry (journalHolds_) until the
-// entry is undone or dropped.
+// entry is undone or dropped; content exchanged away is held by the entries of every
+// journal that recorded the exchange.
 struct SettingsMarks::Entry {
-  enum class Kind { kValue, kAdded, kRemoved };
+  enum class Kind { kValue, kAdded, kRemoved, kExchanged };
   Kind kind = Kind::kValue;
-  SettingsNode* node = nullptr;    // the node set, added or removed
+  SettingsNode* node = nullptr;    // the node set, added, removed, or whose content changed
   SettingsNode* parent = nullptr;  // kRemoved: where it stood...
   SettingsNode* next = nullptr;    // ...before which sibling (null: last)
   Loom::string oldValue = {};      // kValue
+  // kExchanged: holds the content the node had before. Undone by exchanging again, which
+  // other journals record as one more exchange with the same holder: an exchange undoes
+  // itself, so each journal undoes its own entries in order whatever the others did.
+  std::shared_ptr<SettingsNode> held = {};
 };
 
 struct SettingsMarks::Mark {
@@ -86,6 +91,9 @@ void SettingsMarks::revert(SettingsNode& node) {
         entry.parent->insertChild(*entry.node, entry.next, true);
         --entry.node->journalHolds_;
         break;
+      case Entry::Kind::kExchanged:
+        entry.node->exchangeContent(entry.held);
+        break;
     }
   }
 }
@@ -127,10 +135,26 @@ void SettingsMarks::recordRemoved(SettingsNode& parent, SettingsNode& child, Set
   }
 }
 
-void SettingsMarks::beforeRemoval(SettingsNode& child) {
+void SettingsMarks::recordExchange(SettingsNode& node, const std::shared_ptr<SettingsNode>& held) {
+  // No node of the content that came can be marked yet: it was built, or held away from
+  // the tree, where no mark is taken.
+  snapshotMarksWithin(node, false);
+  for (auto* journal : journalsCovering(node)) {
+    Entry& entry = journal->emplace_back();
+    entry.kind = Entry::Kind::kExchanged;
+    entry.node = &node;
+    entry.held = held;
+  }
+}
+
+void SettingsMarks::beforeRemoval(SettingsNode& child) { snapshotMarksWithin(child, true); }
+
+void SettingsMarks::snapshotMarksWithin(const SettingsNode& top, bool withTop) {
   if (journaling_ == 0) return;
   for (auto& [path, mark] : marks_) {
-    if (mark.node == nullptr || !IsWithin(*mark.node, child)) continue;
+    if (mark.node == nullptr || (mark.node == &top && !withTop) || !IsWithin(*mark.node, top)) {
+      continue;
+    }
     mark.snapshot = stateAtMark(mark);
     drop(mark);
   }
@@ -151,10 +175,12 @@ void SettingsMarks::drop(Mark& mark) {
 // A copy of the marked subtree as it is, with the journal undone on the copy: the
 // journal's nodes are the originals, so each is looked up in the map of copies. A node
 // added since the mark is parked when its addition is undone, in case an earlier entry
-// (its removal before a revert elsewhere put it back) needs it again.
+// (its removal before a revert elsewhere put it back) needs it again. Held content is
+// copied when an entry first exchanges with it, and that copy then stands for the holder.
 std::unique_ptr<SettingsNode> SettingsMarks::stateAtMark(const Mark& mark) {
   std::unordered_map<const SettingsNode*, SettingsNode*> copies;
   std::unordered_map<const SettingsNode*, std::unique_ptr<SettingsNode>> parked;
+  std::unordered_map<const SettingsNode*, std::unique_ptr<SettingsNode>> heldCopies;
   std::unique_ptr<SettingsNode> state = mark.node->copy(nullptr, &copies);
   for (auto it = mark.journal.rbegin(); it != mark.journal.rend(); ++it) {
     const Entry& entry = *it;
@@ -178,6 +204,20 @@ std::unique_ptr<SettingsNode> SettingsMarks::stateAtMark(const Mark& mark) {
         }
         SettingsNode* next = entry.next != nullptr ? copies.at(entry.next) : nullptr;
         copies.at(entry.parent)->link(*removed.release(), next);
+        break;
+      }
+      case Entry::Kind::kExchanged: {
+        std::unique_ptr<SettingsNode>& held = heldCopies[entry.held.get()];
+        if (!held) held = entry.held->copy(nullptr, &copies);
+        SettingsNode* const node = copies.at(entry.node);
+        SettingsNode leaving(nullptr, std::string_view());
+        leaving.takeContent(*node);
+        node->takeContent(*held);
+        held->takeContent(leaving);
+        // Earlier entries name nodes of the content that came back, as children of `node`.
+        for (SettingsNode* child = node->first_; child != nullptr; child = child->next_) {
+          child->parent_ = node;
+        }
         break;
       }
     }

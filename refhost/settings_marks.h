@@ -9,7 +9,8 @@
 //
 // While the marked node stays in the tree, its mark is a journal of how to undo each
 // change made in its subtree since: a value set (the old value), a node added, a node
-// removed (the node itself, with its subtree, and its place). Revert undoes the journal
+// removed (the node itself, with its subtree, and its place), a node's whole content
+// exchanged, as a reload does (the content that left, kept whole). Revert undoes the journal
 // backwards, which restores the exact state including order, and keep drops it; both
 // cost what changed since the mark, not the size of the tree. When the marked node
 // itself leaves the tree (it or an ancestor is removed, or the tree is reloaded), the
@@ -49,6 +50,9 @@ class SettingsMarks {
   void beforeRemoval(SettingsNode& child);
   // After `child` was unlinked from `parent`, where it stood before `next`.
   void recordRemoved(SettingsNode& parent, SettingsNode& child, SettingsNode* next);
+  // After `node` exchanged its content with `held`'s: marks of nodes in the content that
+  // left become snapshots.
+  void recordExchange(SettingsNode& node, const std::shared_ptr<SettingsNode>& held);
 
  private:
   struct Entry;
@@ -58,6 +62,9 @@ class SettingsMarks {
   // The journals of the marks whose node is `node` or one of its ancestors.
   std::vector<std::vector<Entry>*> journalsCovering(const SettingsNode& node);
   void drop(Mark& mark);
+  // Turns the marks of nodes within `top` (`top` itself only when `withTop`) into
+  // snapshots, as their nodes leave the tree.
+  void snapshotMarksWithin(const SettingsNode& top, bool withTop);
   static std::unique_ptr<SettingsNode> stateAtMark(const Mark& mark);
 
   std::map<Path, Mark> marks_;

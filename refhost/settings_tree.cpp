@@ -180,49 +180,21 @@ void SettingsNode::insertChild(SettingsNode& child, SettingsNode* next, bool kee
 }
 
 void SettingsNode::replaceContent(SettingsNode& source) {
-  setValue(std::exchange(source.value_, Loom::string()));
-  if (tree_ != nullptr && tree_->marks->journaling()) {
-    // Child by child, so that the journals can undo it.
-    while (last_ != nullptr) removeChild(*last_);
-    while (SettingsNode* moved = source.first_) {
-      source.unlink(*moved);
-      if (moved->tree_ != tree_) moved->adopt(tree_);
-      insertChild(*moved, nullptr, false);
-    }
-    return;
-  }
-  // No journal to keep: the lists of children change hands whole, and each child is
-  // told about only when somebody listens.
-  const bool observed = tree_ != nullptr && StoreObserver() != nullptr;
-  if (observed) {
-    for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
-      child->tell(Change::Kind::kSettingRemoved);
-    }
-  }
-  deleteChildren();
-  first_ = std::exchange(source.first_, nullptr);
-  last_ = std::exchange(source.last_, nullptr);
-  children_ = std::move(source.children_);
-  nextOrder_ = source.nextOrder_;
-  for (SettingsNode* child = first_; child != nullptr; child = child->next_) {
+  auto held = std::make_shared<SettingsNode>(nullptr, std::string_view());
+  held->takeContent(source);
+  for (SettingsNode* child = held->first_; child != nullptr; child = child->next_) {
     child->parent_ = this;
     child->adopt(tree_);
-    if (observed) child->tell(Change::Kind::kSettingAdded);
   }
+  exchangeContent(held);
 }
 
 bool SettingsNode::reread(const std::function<bool(SettingsNode&)>& read) {
-  if (tree_ != nullptr && tree_->marks->journaling()) {
-    SettingsNode built(nullptr, {});
-    if (!read(built)) return false;
-    replaceContent(built);
-    return true;
-  }
-  SettingsNode aside(nullptr, {});
-  aside.takeContent(*this);
+  auto held = std::make_shared<SettingsNode>(nullptr, std::string_view());
+  held->takeContent(*this);
   const auto restore = [&] {
     deleteChildren();
-    takeContent(aside);
+    takeContent(*held);
   };
   try {
     if (!read(*this)) {
@@ -233,16 +205,7 @@ bool SettingsNode::reread(const std::function<bool(SettingsNode&)>& read) {
     restore();
     throw;
   }
-  // Told as replaceContent tells: the value, each old child still in place, each new one.
-  tell(Change::Kind::kSettingChanged, aside.value_);
-  if (tree_ != nullptr && StoreObserver() != nullptr) {
-    for (const SettingsNode* child = aside.first_; child != nullptr; child = child->next_) {
-      child->tell(Change::Kind::kSettingRemoved);
-    }
-    for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
-      child->tell(Change::Kind::kSettingAdded);
-    }
-  }
+  recordExchange(held);
   return true;
 }
 
@@ -252,6 +215,28 @@ void SettingsNode::takeContent(SettingsNode& from) {
   last_ = std::exchange(from.last_, nullptr);
   children_ = std::move(from.children_);
   nextOrder_ = std::exchange(from.nextOrder_, 0);
+}
+
+void SettingsNode::exchangeContent(const std::shared_ptr<SettingsNode>& held) {
+  SettingsNode leaving(nullptr, std::string_view());
+  leaving.takeContent(*this);
+  takeContent(*held);
+  held->takeContent(leaving);
+  recordExchange(held);
+}
+
+void SettingsNode::recordExchange(const std::shared_ptr<SettingsNode>& held) {
+  tell(Change::Kind::kSettingChanged, held->value_);
+  if (tree_ == nullptr) return;
+  tree_->marks->recordExchange(*this, held);
+  // Each child that left, as it was here, then each that came.
+  if (StoreObserver() == nullptr) return;
+  for (const SettingsNode* child = held->first_; child != nullptr; child = child->next_) {
+    child->tell(Change::Kind::kSettingRemoved);
+  }
+  for (const SettingsNode* child = first_; child != nullptr; child = child->next_) {
+    child->tell(Change::Kind::kSettingAdded);
+  }
 }
 
 std::unique_ptr<SettingsNode> SettingsNode::copy(

@@ -16,9 +16,10 @@
 // (refhost/settings_build.h), whose nodes share blocks of memory.
 //
 // mark / keep / revert: see settings_marks.h. Every change of a tree goes through the few
-// primitives below (setValue, appendChild, removeChild, insertChild), which tell the
-// tree's marks (so a revert costs what changed since the mark) and its observer (so the
-// scenario runner learns what a call changed without comparing whole trees).
+// primitives below (setValue, appendChild, removeChild, insertChild, and the exchange of a
+// node's whole content that replaceContent and reread make), which tell the tree's marks
+// (so a revert costs what changed since the mark) and its observer (so the scenario
+// runner learns what a call changed without comparing whole trees).
 #pragma once
 
 #include <cstddef>
@@ -114,14 +115,13 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   void insertChild(SettingsNode& child, SettingsNode* next, bool keepOrder);
 
   // Replaces the value and the children by those of `source`, a tree of its own, which is
-  // left empty. Costs the number of children removed and moved in, plus the size of the
-  // moved subtrees when this tree's nodes need to be told apart from the source's.
+  // left empty. Costs the size of the moved subtrees when they must be pointed at this
+  // tree, else the number of children moved in.
   void replaceContent(SettingsNode& source);
   // Replaces the value and the children by what `read` builds (with a SettingsBuild) into
   // the empty node it is given; false, with the content as it was, when `read` fails.
-  // Unless a mark's journal must record the change child by child, `read` builds in place,
-  // so its nodes are made where they stay: the old content waits aside meanwhile, its
-  // children still pointing here, and comes back on failure or is deleted after.
+  // `read` builds in place, so its nodes are made where they stay: the old content waits
+  // aside meanwhile, its children still pointing here, and comes back on failure.
   bool reread(const std::function<bool(SettingsNode&)>& read);
   // A detached deep copy of this subtree, keeping order numbers, for `tree` (null: none).
   // When `copies` is given, it maps each node copied to its copy.
@@ -147,6 +147,13 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   // Takes over the value and the children of `from`, which is left empty, without
   // pointing the children here: only to set content aside and back.
   void takeContent(SettingsNode& from);
+  // Exchanges the value and the children with those `held` holds, whose children point
+  // here too. Both replaceContent and reread are one such change; so is its undo, which
+  // exchanges the same two contents again.
+  void exchangeContent(const std::shared_ptr<SettingsNode>& held);
+  // Tells and records an exchange just made: `held` holds the content that left. The
+  // content stays alive while a journal keeps `held`, else it goes with it.
+  void recordExchange(const std::shared_ptr<SettingsNode>& held);
 
   // What only a node with children needs, made with its first child: leaves, most of a
   // tree, stay small.

@@ -167,6 +167,27 @@ TEST_F(RefhostSettingsTest, NestedMarksEachGoBackToTheirOwnState) {
   EXPECT_EQ(Dump(tree), "={B=2,C={C1=z}}");
 }
 
+// A revert from a snapshot exchanges a node's whole content, and a journal covering the
+// node records that as one entry. When that journal becomes a snapshot in turn, it undoes
+// the exchange on its copy: here A1 (back in the tree by the root's revert) gets its
+// snapshot, which holds copies of nodes the journal knows only by their originals.
+TEST_F(RefhostSettingsTest, AnExchangeInAJournalIsUndoneInItsSnapshot) {
+  PersistentSettings tree;
+  Fill(tree);
+  tree.mark();
+  tree["A"].mark();
+  tree["A"]["A1"]["c"] = "1";
+  tree["A"]["A1"].mark();
+  tree["A"].remove("A1");
+  tree.revert();
+  tree["A"]["A1"].revert();
+  EXPECT_EQ(Dump(tree), "={A=1{A1=x{c=1},A2=y},B=2,C={C1=z}}");
+  tree.remove("A");
+  tree["A"] = "other";
+  tree["A"].revert();
+  EXPECT_EQ(Dump(tree), "={B=2,C={C1=z},A=1{A1=x,A2=y}}");
+}
+
 TEST_F(RefhostSettingsTest, IndexCreatesLastFindAndRemoveDoNot) {
   PersistentSettings tree;
   Fill(tree);
