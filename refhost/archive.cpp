@@ -5,6 +5,7 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -159,7 +160,16 @@ struct ZipArchive::OpenedFile {
   ZipHandle zip;
 };
 
-ZipArchive::ZipArchive(Loom::File path) : path_(std::move(path)) {}
+namespace {
+
+std::uint64_t NextArchiveVersion() {
+  static std::atomic<std::uint64_t> last{0};
+  return ++last;
+}
+
+}  // namespace
+
+ZipArchive::ZipArchive(Loom::File path) : path_(std::move(path)), version_(NextArchiveVersion()) {}
 
 ZipArchive::~ZipArchive() = default;
 
@@ -240,6 +250,7 @@ Loom::string ZipArchive::read(const Loom::wstring& member) const {
 }
 
 void ZipArchive::write(const Loom::wstring& member, const Loom::string& bytes) {
+  version_ = NextArchiveVersion();
   const auto found = std::find_if(members_.begin(), members_.end(),
                                   [&member](const Member& m) { return m.name == member; });
   // Held as written; its stored size is what an uncompressed member would take.
@@ -254,6 +265,7 @@ void ZipArchive::write(const Loom::wstring& member, const Loom::string& bytes) {
 }
 
 void ZipArchive::remove(const Loom::wstring& member) {
+  version_ = NextArchiveVersion();
   std::erase_if(members_, [&member](const Member& m) { return m.name == member; });
 }
 

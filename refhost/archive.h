@@ -46,6 +46,11 @@ class ZipArchive final : public Loom::Services::Archive {
   void extract(const Loom::wstring& member, const Loom::File& directory) const override;
   void extractAll(const Loom::File& directory) const override;
 
+  // Tells one content of this archive from the next: it changes with every write and
+  // remove, and no two archives of the process ever share one, so a number recorded
+  // earlier matches only the same archive with the same members.
+  std::uint64_t version() const { return version_; }
+
  private:
   struct Member {
     Loom::wstring name;
@@ -66,6 +71,7 @@ class ZipArchive final : public Loom::Services::Archive {
   Loom::File path_;
   std::vector<Member> members_;
   std::unique_ptr<OpenedFile> opened_;  // the file as read at open; null for a new archive
+  std::uint64_t version_;
 };
 
 // Fault injection: the next save() of any archive throws ArchiveError without touching

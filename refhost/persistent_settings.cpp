@@ -5,8 +5,11 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
+#include <variant>
 
 #include "host/properties.h"
+#include "refhost/archive.h"
 #include "refhost/file_io.h"
 #include "refhost/host_ref.h"
 #include "refhost/settings_marks.h"
@@ -23,11 +26,15 @@ PersistentItem& PersistentItem::operator=(const char* value) { return *this = st
 
 namespace {
 
-// The file a tree was last loaded from, as it was then, and the tree's change count just
-// after: while both still hold, the tree is what the file stores.
-struct LoadedFile {
-  std::filesystem::path path;
-  refhost::FileVersion version;
+// What tells one content of a store from the next without reading it: a file's path and
+// version (refhost/file_io.h), or an archive member's name and its archive's version.
+using StoreVersion = std::variant<std::pair<std::filesystem::path, refhost::FileVersion>,
+                                  std::pair<wstring, std::uint64_t>>;
+
+// The version of the store a tree was last loaded from, as it was then, and the tree's
+// change count just after: while both still hold, the tree is what the store holds.
+struct LoadedStore {
+  StoreVersion version;
   std::uint64_t changes;
 };
 
@@ -41,7 +48,7 @@ struct PersistentSettings::Impl {
   refhost::SettingsTree tree;
   refhost::SettingsNode root;
   refhost::HostRef<BackingStoreIO> store;
-  std::optional<LoadedFile> loaded;
+  std::optional<LoadedStore> loaded;
 };
 
 namespace {
@@ -89,13 +96,24 @@ bool ReadStoredTree(BackingStoreIO* store, refhost::SettingsNode& target) {
   }
 }
 
-// Whether the tree, with `changes` made so far, still is what `store`'s file holds since
-// it was `loaded`: a check after a load (the device factory reset's) then reads no file.
-bool StillAsLoaded(const std::optional<LoadedFile>& loaded, std::uint64_t changes,
+// The version of what `store` holds now; nothing for a store without one (memory).
+std::optional<StoreVersion> VersionOfStore(BackingStoreIO* store) {
+  if (const std::optional<std::filesystem::path> path = StoredFile(store)) {
+    const std::optional<refhost::FileVersion> version = refhost::VersionOf(*path);
+    if (version) return std::pair(*path, *version);
+    return std::nullopt;
+  }
+  const auto* member = dynamic_cast<const ArchiveBackingStoreIO*>(store);
+  const auto* archive = member ? dynamic_cast<const refhost::ZipArchive*>(member->archive()) : nullptr;
+  if (archive == nullptr) return std::nullopt;
+  return std::pair(member->member(), archive->version());
+}
+
+// Whether the tree, with `changes` made so far, still is what `store` holds since it was
+// `loaded`: a check after a load (the device factory reset's) then reads nothing.
+bool StillAsLoaded(const std::optional<LoadedStore>& loaded, std::uint64_t changes,
                    BackingStoreIO* store) {
-  if (!loaded || loaded->changes != changes) return false;
-  const std::optional<std::filesystem::path> path = StoredFile(store);
-  return path && *path == loaded->path && refhost::VersionOf(*path) == loaded->version;
+  return loaded && loaded->changes == changes && VersionOfStore(store) == loaded->version;
 }
 
 string StoredProductValue(const refhost::SettingsNode& tree, const char* key) {
@@ -129,16 +147,14 @@ void PersistentSettings::revert() { impl_->root.revert(); }
 bool PersistentSettings::loadSettings() {
   // A failed load leaves the tree as it was. The marks stay: they are keyed by path and
   // apply to the new content.
-  const std::optional<std::filesystem::path> path = StoredFile(impl_->store.get());
-  const std::optional<refhost::FileVersion> version =
-      path ? refhost::VersionOf(*path) : std::nullopt;
   BackingStoreIO* const store = impl_->store.get();
+  const std::optional<StoreVersion> version = VersionOfStore(store);
   if (!impl_->root.reread(
           [store](refhost::SettingsNode& target) { return ReadStoredTree(store, target); })) {
     return false;
   }
   impl_->loaded.reset();
-  if (version) impl_->loaded = LoadedFile{*path, *version, impl_->tree.changes};
+  if (version) impl_->loaded = LoadedStore{*version, impl_->tree.changes};
   return true;
 }
 

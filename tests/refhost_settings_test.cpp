@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/settings.h"
+#include "refhost/archive.h"
 #include "refhost/backing_store.h"
 #include "refhost/dom.h"
 #include "refhost/file_io.h"
@@ -400,22 +401,34 @@ TEST_F(RefhostSettingsTest, ConfigCheckAfterLoadJudgesTheFileAsItIsNow) {
   properties->set("loom.driver.name", "KESTREL C750");
   const struct {
     const char* name;
+    bool inArchive;         // a member of an archive in memory, else a file
     const char* treeModel;  // set in the tree after the load; nullptr: none
-    const char* fileModel;  // written to the file after the load; nullptr: none
+    const char* fileModel;  // written to the file or member after the load; nullptr: none
     bool valid;
   } kCases[] = {
-      {"unchanged", nullptr, nullptr, true},
-      {"tree changed", "KESTREL C9", nullptr, true},
-      {"file changed", nullptr, "KESTREL C9", false},
+      {"unchanged", false, nullptr, nullptr, true},
+      {"tree changed", false, "KESTREL C9", nullptr, true},
+      {"file changed", false, nullptr, "KESTREL C9", false},
+      {"member unchanged", true, nullptr, nullptr, true},
+      {"member changed", true, nullptr, "KESTREL C9", false},
   };
+  const Loom::wstring member = u"kstdevSettings.xml";
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.name);
-    WriteText(dir_ / "f.xml", stored("KESTREL C750"));
     PersistentSettings tree;
-    tree.setBackingStoreIO(FileStore("f.xml", 0, 1));
+    const SmartPtr<refhost::ZipArchive> archive = refhost::ZipArchive::Create(HostFile("a.zip"));
+    if (c.inArchive) {
+      archive->write(member, stored("KESTREL C750").c_str());
+      tree.setBackingStoreIO(SmartPtr<Loom::Services::BackingStoreIO>(
+          new Loom::Services::ArchiveBackingStoreIO(archive, member, 1)));
+    } else {
+      WriteText(dir_ / "f.xml", stored("KESTREL C750"));
+      tree.setBackingStoreIO(FileStore("f.xml", 0, 1));
+    }
     ASSERT_TRUE(tree.loadSettings());
     if (c.treeModel) tree["PRODUCTCODE"]["ModelName"] = c.treeModel;
-    if (c.fileModel) WriteText(dir_ / "f.xml", stored(c.fileModel));
+    if (c.fileModel && c.inArchive) archive->write(member, stored(c.fileModel).c_str());
+    if (c.fileModel && !c.inArchive) WriteText(dir_ / "f.xml", stored(c.fileModel));
     EXPECT_EQ(tree.isXMLConfigValid(*properties), c.valid);
   }
 }
