@@ -318,15 +318,18 @@ bool FormReader::reference(Loom::string& value) {
 
 }  // namespace
 
-bool SettingsFromText(std::string text, SettingsNode& target) {
-  {
-    SettingsBuild build(target);
-    if (FormReader(text, build).read(target)) {
-      build.finish();
-      return true;
-    }
-    build.abandon();
+bool SettingsFromHostForm(const std::string& text, SettingsNode& target) {
+  SettingsBuild build(target);
+  if (FormReader(text, build).read(target)) {
+    build.finish();
+    return true;
   }
+  build.abandon();
+  return false;
+}
+
+bool SettingsFromText(std::string text, SettingsNode& target) {
+  if (SettingsFromHostForm(text, target)) return true;
   pugi::xml_document parsed;
   std::string error;
   int line = 0;

@@ -19,9 +19,13 @@ namespace refhost {
 
 class SettingsNode;
 
-// Builds the tree `text` (taken) stores into `target`, an empty node in no tree. False
-// when the text is not a readable settings document (`target` is then empty or partly
-// built, and only to be discarded).
+// Builds the tree `text` (taken) stores into `target`, an empty node. False when the text
+// is not a readable settings document (`target` is then empty or partly built, and only
+// to be discarded).
 bool SettingsFromText(std::string text, SettingsNode& target);
+
+// The reader of the host's form alone: builds the tree of `text` into `target`, an empty
+// node, when the text is in that form; false, with `target` empty, when it is not.
+bool SettingsFromHostForm(const std::string& text, SettingsNode& target);
 
 }  // namespace refhost
