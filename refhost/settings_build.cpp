@@ -94,11 +94,12 @@ void SettingsBuild::merge(SettingsNode& parent, SettingsNode& later, SettingsNod
 }
 
 void SettingsBuild::finish() {
+  // First in, first out: the lists are indexed in the order their nodes were made, which
+  // is the order they lie in memory.
   std::vector<SettingsNode*> pending;
   if (root_.first_ != nullptr) pending.push_back(&root_);
-  while (!pending.empty()) {
-    SettingsNode& parent = *pending.back();
-    pending.pop_back();
+  for (std::size_t taken = 0; taken < pending.size(); ++taken) {
+    SettingsNode& parent = *pending[taken];
     SettingsIndex& index = parent.children().index;
     index.reserve(parent.nextOrder_);
     parent.nextOrder_ = 0;

@@ -95,6 +95,8 @@ class Attributes {
  public:
   enum Slot { kKey, kKeyBytes, kValue, kValueBytes, kOther, kSlots };
 
+  // Two stores, not one chained assignment, which reads the first store back whole before
+  // it has landed: a stall on every element.
   void clear() {
     views_[kKey] = {};
     views_[kValue] = {};

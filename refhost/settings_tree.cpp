@@ -32,13 +32,13 @@ void SettingsNode::operator delete(SettingsNode* node, std::destroying_delete_t)
 void SettingsNode::deleteChildren() {
   children_.reset();
   if (first_ == nullptr) return;  // a leaf, as most are
-  // The first children of the lists still to delete; each node's own list is taken from
-  // it before it is deleted, so no destructor below finds children of its own.
+  // The first children of the lists to delete; each node's own list is taken from it
+  // before it is deleted, so no destructor below finds children of its own. First in,
+  // first out, so that a tree read from a file is deleted in the order it lies in memory.
   std::vector<SettingsNode*> lists{std::exchange(first_, nullptr)};
   last_ = nullptr;
-  while (!lists.empty()) {
-    SettingsNode* node = lists.back();
-    lists.pop_back();
+  for (std::size_t taken = 0; taken < lists.size(); ++taken) {
+    SettingsNode* node = lists[taken];
     while (node != nullptr) {
       SettingsNode* const next = node->next_;
       if (node->first_ != nullptr) lists.push_back(std::exchange(node->first_, nullptr));
