@@ -16,7 +16,6 @@
 #include "refhost/settings_text.h"
 #include "refhost/settings_tree.h"
 #include "refhost/text.h"
-#include "refhost/xml_text.h"
 
 namespace Loom::Services {
 

@@ -11,7 +11,6 @@ constexpr std::size_t kSmallestTable = 8;
 
 }  // namespace
 
-
 SettingsNode* SettingsIndex::find(std::string_view key) const {
   if (size_ == 0) return nullptr;
   const std::size_t hash = Hash(key);
@@ -22,11 +21,7 @@ SettingsNode* SettingsIndex::find(std::string_view key) const {
   }
 }
 
-void SettingsIndex::insert(SettingsNode* node) {
-  if (2 * (size_ + 1) > slots_.size()) rehash(std::max(kSmallestTable, 2 * slots_.size()));
-  place(Hash(node->key()), node);
-  ++size_;
-}
+void SettingsIndex::insert(SettingsNode* node) { insertUnlessHeld(node, Hash(node->key())); }
 
 SettingsNode* SettingsIndex::insertUnlessHeld(SettingsNode* node, std::size_t hash) {
   if (2 * (size_ + 1) > slots_.size()) rehash(std::max(kSmallestTable, 2 * slots_.size()));

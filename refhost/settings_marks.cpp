@@ -210,10 +210,7 @@ std::unique_ptr<SettingsNode> SettingsMarks::stateAtMark(const Mark& mark) {
         std::unique_ptr<SettingsNode>& held = heldCopies[entry.held.get()];
         if (!held) held = entry.held->copy(nullptr, &copies);
         SettingsNode* const node = copies.at(entry.node);
-        SettingsNode leaving(nullptr, std::string_view());
-        leaving.takeContent(*node);
-        node->takeContent(*held);
-        held->takeContent(leaving);
+        node->swapContent(*held);
         // Earlier entries name nodes of the content that came back, as children of `node`.
         for (SettingsNode* child = node->first_; child != nullptr; child = child->next_) {
           child->parent_ = node;

@@ -82,10 +82,6 @@ SettingsNode& SettingsNode::ensureChild(std::string_view key) {
   return appendChild(key);
 }
 
-void SettingsNode::reserveChildren(std::size_t count) {
-  if (count > 0) children().index.reserve(count);
-}
-
 SettingsNode::Children& SettingsNode::children() {
   if (!children_) children_ = std::make_unique<Children>();
   return *children_;
@@ -217,11 +213,15 @@ void SettingsNode::takeContent(SettingsNode& from) {
   nextOrder_ = std::exchange(from.nextOrder_, 0);
 }
 
-void SettingsNode::exchangeContent(const std::shared_ptr<SettingsNode>& held) {
+void SettingsNode::swapContent(SettingsNode& other) {
   SettingsNode leaving(nullptr, std::string_view());
   leaving.takeContent(*this);
-  takeContent(*held);
-  held->takeContent(leaving);
+  takeContent(other);
+  other.takeContent(leaving);
+}
+
+void SettingsNode::exchangeContent(const std::shared_ptr<SettingsNode>& held) {
+  swapContent(*held);
   recordExchange(held);
 }
 

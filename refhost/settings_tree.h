@@ -92,8 +92,6 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   SettingsNode* findChild(std::string_view key) const;
   // The child with `key`, appended when missing.
   SettingsNode& ensureChild(std::string_view key);
-  // Makes room in the index for `count` children, so that adding them never rehashes.
-  void reserveChildren(std::size_t count);
 
   SettingsNode* parent() const { return parent_; }
   SettingsNode* firstChild() const { return first_; }
@@ -147,6 +145,8 @@ class SettingsNode final : public Loom::Services::PersistentItem {
   // Takes over the value and the children of `from`, which is left empty, without
   // pointing the children here: only to set content aside and back.
   void takeContent(SettingsNode& from);
+  // Takes the value and the children of `other`, which takes this node's.
+  void swapContent(SettingsNode& other);
   // Exchanges the value and the children with those `held` holds, whose children point
   // here too. Both replaceContent and reread are one such change; so is its undo, which
   // exchanges the same two contents again.
