@@ -17,6 +17,7 @@
 #include "refhost/text.h"
 #include "refhost/xml_text.h"
 #include "support/sheet_test.h"
+#include "support/xml_literals.h"
 
 namespace {
 
@@ -25,17 +26,8 @@ using Loom::SmartPtr;
 using Loom::Services::FileBackingStoreIO;
 using Loom::Services::PersistentSettings;
 
-std::string Repeat(std::string_view text, int times) {
-  std::string out;
-  out.reserve(text.size() * static_cast<std::size_t>(times));
-  for (int i = 0; i < times; ++i) out += text;
-  return out;
-}
-
-// `levels` elements, each inside the one before.
-std::string Nested(std::string_view open, std::string_view close, int levels) {
-  return Repeat(open, levels) + Repeat(close, levels);
-}
+using testing_support::Nested;
+using testing_support::Repeat;
 
 using HostileInputTest = testing_support::HostTest;
 
